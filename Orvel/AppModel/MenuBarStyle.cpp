@@ -1,0 +1,33 @@
+#include "MenuBarStyle.h"
+
+namespace orvel {
+
+namespace {
+
+struct StyleTexts {
+    std::string_view raw;
+    std::string_view label;
+};
+
+constexpr std::array<StyleTexts, 4> styles{{
+    {"nameAndRemaining", "Vakit + süre"},
+    {"remaining", "Süre"},
+    {"nameAndTime", "Orvel saati"},
+    {"iconOnly", "İkon"},
+}};
+
+} // namespace
+
+std::optional<MenuBarStyle> MenuBarStyle::fromRawValue(std::string_view raw)
+{
+    for (const Value value : allCases) {
+        if (styles[value].raw == raw)
+            return MenuBarStyle(value);
+    }
+    return std::nullopt;
+}
+
+std::string_view MenuBarStyle::rawValue() const { return styles[value_].raw; }
+std::string_view MenuBarStyle::label() const { return styles[value_].label; }
+
+} // namespace orvel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace orvel {
+
+// What the status item shows beside the crescent.
+class MenuBarStyle {
+public:
+    enum Value { nameAndRemaining, remaining, nameAndTime, iconOnly };
+
+    static constexpr std::array<Value, 4> allCases{nameAndRemaining, remaining, nameAndTime, iconOnly};
+
+    constexpr MenuBarStyle(Value value)
+        : value_(value)
+    {
+    }
+    constexpr operator Value() const { return value_; }
+
+    static std::optional<MenuBarStyle> fromRawValue(std::string_view raw);
+    std::string_view rawValue() const;
+    std::string_view label() const; // "Vakit + süre", "Süre", "Orvel saati", "İkon"
+
+private:
+    Value value_;
+};
+
+} // namespace orvel

@@ -1,0 +1,47 @@
+#include "DayKey.h"
+
+#include "Calendars.h"
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+namespace orvel {
+
+DayKey DayKey::from(Instant instant, const TimeZone &zone)
+{
+    const CivilTime time = Calendars::civil(instant, zone);
+    return {time.year, time.month, time.day};
+}
+
+Instant DayKey::start(const TimeZone &zone) const
+{
+    return Calendars::startOfDay(year, month, day, zone);
+}
+
+DayKey DayKey::adding(int64_t days) const
+{
+    const CalendarDate date = Calendars::civilFromDays(Calendars::daysFromCivil(year, month, day) + days);
+    return {date.year, date.month, date.day};
+}
+
+std::string DayKey::description() const
+{
+    char text[48];
+    std::snprintf(text, sizeof text, "%04lld-%02lld-%02lld", static_cast<long long>(year),
+                  static_cast<long long>(month), static_cast<long long>(day));
+    return text;
+}
+
+void to_json(nlohmann::json &json, const DayKey &day)
+{
+    json = {{"year", day.year}, {"month", day.month}, {"day", day.day}};
+}
+
+void from_json(const nlohmann::json &json, DayKey &day)
+{
+    day.year = json.at("year").get<int64_t>();
+    day.month = json.at("month").get<int64_t>();
+    day.day = json.at("day").get<int64_t>();
+}
+
+} // namespace orvel

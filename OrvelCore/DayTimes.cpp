@@ -1,0 +1,37 @@
+#include "DayTimes.h"
+
+#include <nlohmann/json.hpp>
+
+namespace orvel {
+
+HijriDate DayTimes::hijriOrApproximate() const
+{
+    return hijri ? *hijri : HijriDate::approximate(day);
+}
+
+void to_json(nlohmann::json &json, const DayTimes &day)
+{
+    auto times = nlohmann::json::array();
+    for (const Instant instant : day.times)
+        times.push_back(instant.seconds);
+    json = {{"day", day.day}, {"times", std::move(times)}};
+    if (day.hijri)
+        json["hijri"] = *day.hijri;
+}
+
+void from_json(const nlohmann::json &json, DayTimes &day)
+{
+    day.day = json.at("day").get<DayKey>();
+    const auto &times = json.at("times");
+    if (!times.is_array() || times.size() != day.times.size())
+        throw nlohmann::json::other_error::create(501, "a day needs exactly six times", &json);
+    for (size_t i = 0; i < day.times.size(); ++i)
+        day.times[i] = Instant{times[i].get<double>()};
+    const auto hijri = json.find("hijri");
+    if (hijri == json.end() || hijri->is_null())
+        day.hijri.reset();
+    else
+        day.hijri = hijri->get<HijriDate>();
+}
+
+} // namespace orvel

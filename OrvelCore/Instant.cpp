@@ -1,0 +1,12 @@
+#include "Instant.h"
+
+#include <cmath>
+
+namespace orvel {
+
+Instant Instant::floorToMinute() const
+{
+    return {std::floor(seconds / 60.0) * 60.0};
+}
+
+} // namespace orvel

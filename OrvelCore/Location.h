@@ -1,0 +1,29 @@
+#pragma once
+
+#include "TimeZone.h"
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+namespace orvel {
+
+// The place whose times are shown.
+struct Location {
+    std::string name;
+    double latitude = 0;  // degrees, north positive
+    double longitude = 0; // degrees, east positive
+    std::string timeZoneID;
+
+    static Location istanbul();
+
+    // The zone of timeZoneID, or the machine's current zone when it names none.
+    TimeZone timeZone() const { return TimeZone::named(timeZoneID); }
+    std::string cacheKey() const; // "41.008_28.978"
+
+    bool operator==(const Location &) const = default;
+};
+
+void to_json(nlohmann::json &json, const Location &location);
+void from_json(const nlohmann::json &json, Location &location);
+
+} // namespace orvel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "CalculationMethod.h"
+#include "DayKey.h"
+#include "DayTimes.h"
+#include "Location.h"
+
+namespace orvel {
+
+class TimeZone;
+
+// One day's six times from the position of the sun alone, without the network.
+namespace PrayerCalculator {
+
+DayTimes times(const DayKey &day, const Location &location, CalculationMethod method);
+// The same with the location's zone already resolved (for loops over many days).
+DayTimes times(const DayKey &day, const Location &location, CalculationMethod method, const TimeZone &zone);
+
+// Julian day number at 0h UT of a Gregorian date.
+double julian(int64_t year, int64_t month, int64_t day);
+
+} // namespace PrayerCalculator
+
+} // namespace orvel

@@ -1,0 +1,13 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <unicode/timezone.h>
+
+// Tests pin the machine's zone so that "the current zone" means the same on every machine.
+int main(int argc, char **argv)
+{
+    setenv("TZ", "Europe/Istanbul", 1);
+    icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("Europe/Istanbul"));
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
