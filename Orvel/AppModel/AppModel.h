@@ -1,0 +1,176 @@
+#pragma once
+
+#include "AdhanSound.h"
+#include "CalculationMethod.h"
+#include "Clock.h"
+#include "DayKey.h"
+#include "DayTimes.h"
+#include "Instant.h"
+#include "Kerahat.h"
+#include "Location.h"
+#include "MenuBarStyle.h"
+#include "PrayerRepository.h"
+#include "PrayerSchedule.h"
+#include "QuietHours.h"
+#include "StatusImage.h"
+#include "TimeZone.h"
+#include "TimesSource.h"
+
+#include <QFuture>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <set>
+#include <vector>
+
+class QTimer;
+
+namespace orvel {
+
+class AdhanPlayer;
+class NotificationScheduler;
+class SystemEvents;
+
+// The one object holding the application's state: the settings, today's and tomorrow's times,
+// where they came from, and the current minute. Lives on the UI thread. Every setter stores the
+// setting and sets off what depends on it; change signals fire only on a real change.
+class AppModel : public QObject {
+    Q_OBJECT
+
+public:
+    // What the model talks to; anything left empty gets the application's own.
+    struct Services {
+        std::shared_ptr<const Clock> clock;                 // default: the system clock
+        std::shared_ptr<PrayerRepository> repository;       // default: cache folder + web client
+        NotificationScheduler *scheduler = nullptr;         // default: NotificationScheduler::shared()
+        SystemEvents *systemEvents = nullptr;               // default: the platform's (wake, clock, zone)
+    };
+
+    static constexpr double offlineRetrySeconds = 1800;
+    static constexpr int prefetchFromDay = 25;
+    static constexpr int prefetchLookAheadDays = 10;
+
+    AppModel(std::optional<Instant> fixedNow, bool startServices, Services services = {}, QObject *parent = nullptr);
+    ~AppModel() override;
+
+    // Settings (persisted).
+    const Location &location() const { return location_; }
+    void setLocation(const Location &location);
+    CalculationMethod method() const { return method_; }
+    void setMethod(CalculationMethod method);
+    MenuBarStyle menuBarStyle() const { return menuBarStyle_; }
+    void setMenuBarStyle(MenuBarStyle style);
+    const std::set<Prayer::Value> &notifiedPrayers() const { return notifiedPrayers_; }
+    void setNotifiedPrayers(const std::set<Prayer::Value> &prayers);
+    int64_t reminderMinutes() const { return reminderMinutes_; }
+    void setReminderMinutes(int64_t minutes);
+    bool showKerahat() const { return showKerahat_; }
+    void setShowKerahat(bool show);
+    bool kerahatMenuDot() const { return kerahatMenuDot_; }
+    void setKerahatMenuDot(bool dot);
+    bool kerahatNotify() const { return kerahatNotify_; }
+    void setKerahatNotify(bool notify);
+    int64_t kerahatMinutes() const { return kerahatMinutes_; }
+    void setKerahatMinutes(int64_t minutes);
+    bool ramadanMode() const { return ramadanMode_; }
+    void setRamadanMode(bool on);
+    AdhanSound adhanSound() const { return adhanSound_; }
+    void setAdhanSound(AdhanSound sound);
+    const std::optional<QString> &customSoundName() const { return customSoundName_; }
+    void setCustomSoundName(const std::optional<QString> &name);
+    double soundVolume() const { return soundVolume_; }
+    void setSoundVolume(double volume);
+    const QuietHours &quietHours() const { return quietHours_; }
+    void setQuietHours(const QuietHours &hours);
+
+    // State (not persisted).
+    const std::optional<DayTimes> &today() const { return today_; }
+    const std::optional<DayTimes> &tomorrow() const { return tomorrow_; }
+    TimesSource source() const { return source_; }
+    bool isLoading() const { return isLoading_; }
+    Instant now() const { return now_; }
+    const std::optional<Instant> &fixedNow() const { return fixedNow_; }
+    PrayerRepository &repository() const { return *repository_; }
+    AdhanPlayer &player() const { return *player_; }
+
+    // Derived values, computed on each reading.
+    TimeZone zone() const;                 // the place's zone, else the machine's
+    DayKey todayKey() const;
+    std::optional<PrayerStatus> status() const;
+    QString dateLine() const;              // "16 Kasım 2026 Pazartesi · 5 Cemaziyelahir 1448"
+    std::vector<KerahatInterval> kerahatIntervals() const;
+    bool isRamadanToday() const;
+    bool nextIsRamadan() const;
+    std::optional<int64_t> ramadanDay() const;
+
+    // The status item's picture and spoken label.
+    StatusImage::Image menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
+    QString accessibilityLabel() const;
+
+    // Starts a fresh load of today and tomorrow; a running load's answer is then dropped.
+    void reload();
+    // Advances the clock to the current minute and runs the per-minute checks.
+    void tick();
+    // The repository's answer for these days at the current place and method, off the UI thread.
+    QFuture<PrayerRepository::Answer> days(const std::vector<DayKey> &keys) const;
+    void toggleNotification(Prayer prayer);
+    // Plays the selected sound, or stops it when something plays.
+    void previewSound();
+
+signals:
+    void locationChanged();
+    void methodChanged();
+    void menuBarStyleChanged();
+    void notifiedPrayersChanged();
+    void reminderMinutesChanged();
+    void showKerahatChanged();
+    void kerahatMenuDotChanged();
+    void kerahatNotifyChanged();
+    void kerahatMinutesChanged();
+    void ramadanModeChanged();
+    void adhanSoundChanged();
+    void customSoundNameChanged();
+    void soundVolumeChanged();
+    void quietHoursChanged();
+    void todayChanged();
+    void tomorrowChanged();
+    void sourceChanged();
+    void isLoadingChanged();
+    void nowChanged();
+    // After any of the above: one signal for views that redraw on every change.
+    void changed();
+    // A load finished and its answer was applied (snapshot mode waits for it).
+    void loadFinished();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+
+    Location location_;
+    CalculationMethod method_ = CalculationMethod::diyanet;
+    MenuBarStyle menuBarStyle_ = MenuBarStyle::nameAndRemaining;
+    std::set<Prayer::Value> notifiedPrayers_;
+    int64_t reminderMinutes_ = 0;
+    bool showKerahat_ = true;
+    bool kerahatMenuDot_ = true;
+    bool kerahatNotify_ = false;
+    int64_t kerahatMinutes_ = Kerahat::defaultSunMinutes;
+    bool ramadanMode_ = true;
+    AdhanSound adhanSound_ = AdhanSound::system;
+    std::optional<QString> customSoundName_;
+    double soundVolume_ = 0.8;
+    QuietHours quietHours_;
+
+    std::optional<DayTimes> today_;
+    std::optional<DayTimes> tomorrow_;
+    TimesSource source_ = TimesSource::online;
+    bool isLoading_ = false;
+    Instant now_;
+    std::optional<Instant> fixedNow_;
+    std::shared_ptr<PrayerRepository> repository_;
+    std::unique_ptr<AdhanPlayer> player_;
+};
+
+} // namespace orvel

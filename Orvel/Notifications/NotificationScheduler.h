@@ -1,0 +1,81 @@
+#pragma once
+
+#include "DayTimes.h"
+#include "Kerahat.h"
+#include "Location.h"
+#include "Prayer.h"
+#include "QuietHours.h"
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <set>
+#include <vector>
+
+namespace orvel {
+
+class Clock;
+class NotificationBackend;
+
+// What one rescheduling is built from.
+struct NotificationPlan {
+    std::vector<DayTimes> days;
+    Location location;
+    std::set<Prayer::Value> enabled;
+    int64_t reminderMinutes = 0;
+    std::vector<KerahatInterval> kerahat;
+    bool systemSound = true;
+    QuietHours quietHours;
+    bool ramadanMode = true;
+};
+
+// One pending notification.
+struct NotificationRequest {
+    QString identifier;
+    QString title;
+    QString body;
+    bool defaultSound = false;
+    Instant fireAt;
+
+    bool operator==(const NotificationRequest &) const = default;
+};
+
+// Turns the loaded days and the notification settings into pending notifications, and fires
+// each from its own timer at its moment (the desktop keeps no schedule of its own).
+class NotificationScheduler : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int maximumPending = 30;
+
+    NotificationScheduler(std::shared_ptr<NotificationBackend> backend, std::shared_ptr<const Clock> clock,
+                          QObject *parent = nullptr);
+    ~NotificationScheduler() override;
+
+    // The application's one scheduler (freedesktop backend, system clock), made on first use.
+    static NotificationScheduler &shared();
+
+    // Replaces every pending request with the plan's; supersedes a running call. Returns at once.
+    void reschedule(const NotificationPlan &plan);
+    // The requests a plan gives at `now`, in order (pure; used by reschedule).
+    static std::vector<NotificationRequest> requests(const NotificationPlan &plan, Instant now);
+    // (title, body) of a prayer-entry notification.
+    static std::pair<QString, QString> texts(Prayer prayer, const QString &time, const QString &location, bool ramadan);
+
+    std::vector<NotificationRequest> pending() const;
+    // True when no notification service is on the session bus.
+    bool isDenied() const;
+    // Opens the desktop's notification settings when a tool for them is installed.
+    static void openSystemSettings();
+
+signals:
+    void pendingChanged();
+    void fired(const QString &identifier);
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace orvel

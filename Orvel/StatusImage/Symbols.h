@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QImage>
+#include <QPainterPath>
+#include <QSizeF>
+#include <QString>
+
+namespace orvel {
+
+// Orvel's own vector symbols, looked up by name ("moon", "sunrise", "bell.slash", …) and drawn
+// with QPainterPath on one grid, so they look the same on every machine.
+namespace Symbols {
+
+bool has(const QString &name);
+// The symbol's size in points at a point size (its width varies by symbol, height ≈ pointSize).
+QSizeF size(const QString &name, qreal pointSize);
+// Draws the symbol with its top-left corner at `origin`, filled in `color`.
+void draw(QPainter &painter, const QString &name, const QPointF &origin, qreal pointSize, const QColor &color);
+// The symbol as an image with the device pixel ratio applied; a null image for an unknown name.
+QImage image(const QString &name, qreal pointSize, const QColor &color, qreal devicePixelRatio = 1.0);
+
+} // namespace Symbols
+
+} // namespace orvel
