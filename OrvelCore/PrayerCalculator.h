@@ -19,6 +19,10 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
 // Julian day number at 0h UT of a Gregorian date.
 double julian(int64_t year, int64_t month, int64_t day);
 
+// Minutes after the start of the day of a time given in hours, the adjustment added before
+// rounding (halves away from zero).
+double roundedMinutes(double hours, double adjustment);
+
 } // namespace PrayerCalculator
 
 } // namespace orvel
