@@ -1,0 +1,234 @@
+#include "CliOptions.h"
+
+#include "Calendars.h"
+#include "TextTable.h"
+#include "TimeZone.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+namespace orvel::cli {
+
+namespace {
+
+std::string text(std::string_view view) { return std::string(view); }
+
+// Bounds as a reader writes them, with a real minus sign.
+std::string bound(double value)
+{
+    char digits[32];
+    std::snprintf(digits, sizeof digits, "%g", std::fabs(value));
+    return (value < 0 ? "\u2212" : "") + std::string(digits);
+}
+
+std::string rangeError(std::string_view what, std::string_view value, double min, double max, std::string_view kind)
+{
+    return "geçersiz " + text(what) + ": " + text(value) + " (" + bound(min) + " ile " + bound(max) + " arasında "
+        + text(kind) + "olmalı)";
+}
+
+std::optional<double> parseNumber(std::string_view input)
+{
+    std::string normalized(input);
+    // Turkish writes decimals with a comma; accept both.
+    std::replace(normalized.begin(), normalized.end(), ',', '.');
+    std::string_view digits = normalized;
+    if (!digits.empty() && digits.front() == '+')
+        digits.remove_prefix(1);
+    if (digits.empty())
+        return std::nullopt;
+    double value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (error != std::errc() || end != digits.data() + digits.size() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+std::optional<int64_t> parseDigits(std::string_view digits)
+{
+    if (digits.empty() || !std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        return std::nullopt;
+    int64_t value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (error != std::errc() || end != digits.data() + digits.size())
+        return std::nullopt;
+    return value;
+}
+
+std::string methodList()
+{
+    std::string list;
+    for (std::size_t i = 0; i < CalculationMethod::allCases.size(); ++i) {
+        if (i > 0)
+            list += i + 1 == CalculationMethod::allCases.size() ? " veya " : ", ";
+        list += text(CalculationMethod(CalculationMethod::allCases[i]).rawValue());
+    }
+    return list;
+}
+
+std::string coordinateText(double value)
+{
+    char digits[32];
+    std::snprintf(digits, sizeof digits, "%.4f", value);
+    return digits;
+}
+
+} // namespace
+
+void OptionTable::add(Option option)
+{
+    options_.push_back(std::move(option));
+}
+
+const Option *OptionTable::find(std::string_view name) const
+{
+    const auto found = std::find_if(options_.begin(), options_.end(), [&](const Option &option) { return option.name == name; });
+    return found == options_.end() ? nullptr : &*found;
+}
+
+void OptionTable::parse(const std::vector<std::string> &args) const
+{
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string_view arg = args[i];
+        if (!arg.starts_with("--"))
+            throw UsageError("beklenmeyen bağımsız değişken: " + text(arg));
+        const std::size_t equals = arg.find('=');
+        const std::string_view name = arg.substr(0, equals);
+        const Option *option = find(name);
+        if (!option)
+            throw UsageError("bilinmeyen seçenek: " + text(name));
+
+        if (option->valueName.empty()) {
+            if (equals != std::string_view::npos)
+                throw UsageError(text(name) + " bir değer almaz: " + text(arg));
+            option->apply({});
+            continue;
+        }
+        if (equals != std::string_view::npos) {
+            option->apply(arg.substr(equals + 1));
+            continue;
+        }
+        // A following option is not taken for the value; a negative number is.
+        if (i + 1 >= args.size() || std::string_view(args[i + 1]).starts_with("--"))
+            throw UsageError(text(name) + " için bir değer gerekli (" + text(option->valueName) + ")");
+        option->apply(args[++i]);
+    }
+}
+
+std::string OptionTable::help() const
+{
+    std::vector<std::string> heads;
+    std::size_t width = 0;
+    for (const Option &option : options_) {
+        heads.push_back(option.valueName.empty() ? text(option.name) : text(option.name) + " " + text(option.valueName));
+        width = std::max(width, TextTable::displayWidth(heads.back()));
+    }
+    std::string out;
+    for (std::size_t i = 0; i < options_.size(); ++i)
+        out += "  " + TextTable::padded(heads[i], width) + "  " + text(options_[i].help) + "\n";
+    return out;
+}
+
+bool wantsHelp(const std::vector<std::string> &args)
+{
+    return std::any_of(args.begin(), args.end(), [](const std::string &arg) { return arg == "--help" || arg == "-h"; });
+}
+
+namespace Values {
+
+double number(std::string_view input, std::string_view what)
+{
+    const auto value = parseNumber(input);
+    if (!value)
+        throw UsageError("geçersiz " + text(what) + ": " + text(input) + " (bir sayı olmalı)");
+    return *value;
+}
+
+double number(std::string_view input, std::string_view what, double min, double max)
+{
+    const auto value = parseNumber(input);
+    if (!value || *value < min || *value > max)
+        throw UsageError(rangeError(what, input, min, max, value ? "" : "bir sayı "));
+    return *value;
+}
+
+int64_t integer(std::string_view input, std::string_view what, int64_t min, int64_t max)
+{
+    const auto value = parseDigits(input.starts_with('+') ? input.substr(1) : input);
+    if (!value || *value < min || *value > max)
+        throw UsageError(rangeError(what, input, static_cast<double>(min), static_cast<double>(max), "bir tam sayı "));
+    return *value;
+}
+
+DayKey date(std::string_view input)
+{
+    const auto fail = [&]() -> UsageError {
+        return UsageError("geçersiz tarih: " + text(input) + " (YYYY-AA-GG biçiminde, takvimde var olan bir gün olmalı)");
+    };
+    if (input.size() != 10 || input[4] != '-' || input[7] != '-')
+        throw fail();
+    const auto year = parseDigits(input.substr(0, 4));
+    const auto month = parseDigits(input.substr(5, 2));
+    const auto day = parseDigits(input.substr(8, 2));
+    if (!year || !month || !day || *year < 1 || *month < 1 || *month > 12 || *day < 1
+        || *day > Calendars::daysInMonth(*year, *month))
+        throw fail();
+    return {*year, *month, *day};
+}
+
+CalculationMethod method(std::string_view input)
+{
+    const auto method = CalculationMethod::fromRawValue(input);
+    if (!method)
+        throw UsageError("bilinmeyen hesaplama yöntemi: " + text(input) + " (" + methodList() + " olmalı)");
+    return *method;
+}
+
+} // namespace Values
+
+void PlaceOptions::addTo(OptionTable &table)
+{
+    table.add({"--lat", "DERECE", "enlem, kuzey artı (−90…90; varsayılan İstanbul)",
+               [this](std::string_view value) { latitude = Values::number(value, "enlem", -90, 90); }});
+    table.add({"--lon", "DERECE", "boylam, doğu artı (−180…180; --lat ile birlikte)",
+               [this](std::string_view value) { longitude = Values::number(value, "boylam", -180, 180); }});
+    table.add({"--tz", "BÖLGE", "IANA saat dilimi, ör. Europe/Berlin",
+               [this](std::string_view value) {
+                   if (!TimeZone::known(value))
+                       throw UsageError("bilinmeyen saat dilimi: " + text(value) + " (Europe/Istanbul gibi bir IANA adı olmalı)");
+                   timeZoneID = text(value);
+               }});
+    table.add({"--name", "AD", "yerin gösterilen adı (varsayılan: \"İstanbul, Fatih\" ya da koordinatlar)",
+               [this](std::string_view value) {
+                   if (value.find_first_not_of(" \t") == std::string_view::npos)
+                       throw UsageError("geçersiz yer adı: boş olamaz");
+                   if (std::any_of(value.begin(), value.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+                       throw UsageError("geçersiz yer adı: " + text(value) + " (tek satır olmalı)");
+                   name = text(value);
+               }});
+    table.add({"--method", "YÖNTEM", "hesaplama yöntemi: " + methodList() + " (varsayılan diyanet)",
+               [this](std::string_view value) { method = Values::method(value); }});
+}
+
+Location PlaceOptions::location() const
+{
+    if (latitude.has_value() != longitude.has_value())
+        throw UsageError(latitude ? "--lat ile birlikte --lon da gerekli" : "--lon ile birlikte --lat da gerekli");
+
+    Location place = Location::istanbul();
+    if (latitude) {
+        place.latitude = *latitude;
+        place.longitude = *longitude;
+        place.timeZoneID = TimeZone::current().id();
+        place.name = coordinateText(*latitude) + ", " + coordinateText(*longitude);
+    }
+    if (timeZoneID)
+        place.timeZoneID = *timeZoneID;
+    if (name)
+        place.name = *name;
+    return place;
+}
+
+} // namespace orvel::cli

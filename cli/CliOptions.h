@@ -1,0 +1,75 @@
+#pragma once
+
+#include "CalculationMethod.h"
+#include "DayKey.h"
+#include "Location.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvel::cli {
+
+// A mistake on the command line. The message is one Turkish line naming the bad value; the
+// program prints it on stderr and exits with status 2 before writing anything else.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// One option of a command: "--name VALUE" or "--name=VALUE" when it has a value name, a bare
+// flag otherwise. `apply` receives the value (empty for a flag) and throws UsageError when the
+// value is bad.
+struct Option {
+    std::string_view name;
+    std::string_view valueName;
+    std::string help;
+    std::function<void(std::string_view value)> apply;
+};
+
+// The options a command accepts, applied in the order given on the command line.
+class OptionTable {
+public:
+    void add(Option option);
+    void parse(const std::vector<std::string> &args) const;
+    // One line per option, aligned, for --help.
+    std::string help() const;
+
+private:
+    const Option *find(std::string_view name) const;
+
+    std::vector<Option> options_;
+};
+
+// Whether the arguments ask for help; help wins over every other option.
+bool wantsHelp(const std::vector<std::string> &args);
+
+// Strict readers of option values. `what` names the value in the error ("enlem").
+namespace Values {
+double number(std::string_view text, std::string_view what);
+double number(std::string_view text, std::string_view what, double min, double max);
+int64_t integer(std::string_view text, std::string_view what, int64_t min, int64_t max);
+// "YYYY-MM-DD" of a day that exists.
+DayKey date(std::string_view text);
+CalculationMethod method(std::string_view text);
+} // namespace Values
+
+// The place and the calculation method, shared by every command that shows times:
+// --lat, --lon, --tz, --name and --method.
+struct PlaceOptions {
+    std::optional<double> latitude;
+    std::optional<double> longitude;
+    std::optional<std::string> timeZoneID;
+    std::optional<std::string> name;
+    CalculationMethod method = CalculationMethod::diyanet;
+
+    void addTo(OptionTable &table);
+    // Istanbul unless coordinates are given; coordinates without --tz take the machine's zone.
+    Location location() const;
+};
+
+} // namespace orvel::cli

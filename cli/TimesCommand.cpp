@@ -1,0 +1,137 @@
+#include "TimesCommand.h"
+
+#include "CliOptions.h"
+#include "Clock.h"
+#include "OrvelFormat.h"
+#include "TextTable.h"
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <ostream>
+
+namespace orvel::cli::TimesCommand {
+
+namespace {
+
+constexpr int64_t maxDays = 400;
+
+struct Choices {
+    PlaceOptions place;
+    std::optional<DayKey> date;
+    int64_t dayCount = 1;
+    bool offline = false;
+    bool json = false;
+};
+
+OptionTable optionTable(Choices &choices)
+{
+    OptionTable table;
+    table.add({"--date", "YYYY-AA-GG", "ilk gün (varsayılan: yerin saat dilimine göre bugün)",
+               [&choices](std::string_view value) { choices.date = Values::date(value); }});
+    table.add({"--days", "N", "kaç gün (1…400, varsayılan 1)",
+               [&choices](std::string_view value) { choices.dayCount = Values::integer(value, "gün sayısı", 1, maxDays); }});
+    choices.place.addTo(table);
+    table.add({"--offline", "", "vakitleri internete çıkmadan cihazda hesapla",
+               [&choices](std::string_view) { choices.offline = true; }});
+    table.add({"--json", "", "tablo yerine JSON yaz", [&choices](std::string_view) { choices.json = true; }});
+    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
+    return table;
+}
+
+std::string sourceLine(TimesSource source)
+{
+    return source == TimesSource::offline ? "Kaynak: çevrimdışı · cihazda hesaplandı" : "Kaynak: çevrimiçi · Aladhan";
+}
+
+} // namespace
+
+std::vector<DayKey> Request::days() const
+{
+    std::vector<DayKey> keys;
+    keys.reserve(static_cast<size_t>(dayCount));
+    for (int64_t i = 0; i < dayCount; ++i)
+        keys.push_back(first.adding(i));
+    return keys;
+}
+
+Request parse(const std::vector<std::string> &args, const Clock &clock)
+{
+    Choices choices;
+    optionTable(choices).parse(args);
+    Request request;
+    request.location = choices.place.location();
+    request.method = choices.place.method;
+    request.first = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
+    request.dayCount = choices.dayCount;
+    request.offline = choices.offline;
+    request.json = choices.json;
+    return request;
+}
+
+DaySource sourceFor(const Request &)
+{
+    return calculatorSource();
+}
+
+std::string text(const Request &request, const DaysAnswer &answer)
+{
+    const TimeZone zone = request.location.timeZone();
+    std::vector<std::vector<std::string>> rows{{"Tarih", "Hicri"}};
+    for (const Prayer::Value prayer : Prayer::allCases)
+        rows.front().emplace_back(Prayer(prayer).name());
+    for (const DayTimes &day : answer.days) {
+        std::vector<std::string> row{OrvelFormat::pattern(day.day.start(zone), zone, "d MMM EEE"),
+                                     day.hijriOrApproximate().formatted()};
+        for (const Instant instant : day.times)
+            row.push_back(OrvelFormat::time(instant, zone));
+        rows.push_back(std::move(row));
+    }
+    return request.location.name + " · " + std::string(request.method.name()) + "\n\n" + TextTable::render(rows) + "\n"
+        + sourceLine(answer.source) + "\n";
+}
+
+std::string json(const Request &request, const DaysAnswer &answer)
+{
+    const TimeZone zone = request.location.timeZone();
+    auto days = nlohmann::json::array();
+    for (const DayTimes &day : answer.days) {
+        nlohmann::json entry = day;
+        auto clock = nlohmann::json::array();
+        for (const Instant instant : day.times)
+            clock.push_back(OrvelFormat::time(instant, zone));
+        entry["clock"] = std::move(clock);
+        entry["hijriDate"] = day.hijriOrApproximate();
+        days.push_back(std::move(entry));
+    }
+    const nlohmann::json document{{"location", request.location},
+                                  {"method", request.method.rawValue()},
+                                  {"source", rawValue(answer.source)},
+                                  {"days", std::move(days)}};
+    // A place name given on the command line need not be valid UTF-8.
+    return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+}
+
+std::string help()
+{
+    Choices choices;
+    return "Kullanım: orvel-cli times [seçenekler]\n\n"
+           "Bir yerin altı vaktini gün gün Türkçe bir tablo olarak ya da --json ile JSON olarak yazar.\n"
+           "Yer verilmezse İstanbul (Fatih) kullanılır. --lat ile --lon birlikte verilir; o zaman --tz\n"
+           "verilmezse bilgisayarın saat dilimi kullanılır. Saatler yerin saat dilimindedir.\n\n"
+           "Seçenekler:\n"
+        + optionTable(choices).help();
+}
+
+int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out)
+{
+    if (wantsHelp(args)) {
+        out << help();
+        return 0;
+    }
+    const Request request = parse(args, clock);
+    const DaysAnswer answer = sourceFor(request)(request.days(), request.location, request.method);
+    out << (request.json ? json(request, answer) : text(request, answer));
+    return 0;
+}
+
+} // namespace orvel::cli::TimesCommand

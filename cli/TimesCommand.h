@@ -1,0 +1,48 @@
+#pragma once
+
+#include "CalculationMethod.h"
+#include "DayKey.h"
+#include "DaySource.h"
+#include "Location.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace orvel {
+class Clock;
+}
+
+namespace orvel::cli {
+
+// `orvel-cli times`: a place's six times for one or more days, as a Turkish table or as JSON.
+namespace TimesCommand {
+
+struct Request {
+    Location location;
+    CalculationMethod method = CalculationMethod::diyanet;
+    DayKey first;
+    int64_t dayCount = 1;
+    bool offline = false;
+    bool json = false;
+
+    std::vector<DayKey> days() const;
+};
+
+// Reads the arguments after "times"; without --date the first day is today at the place.
+// Throws UsageError.
+Request parse(const std::vector<std::string> &args, const Clock &clock);
+// Where the days of the request come from.
+DaySource sourceFor(const Request &request);
+
+std::string text(const Request &request, const DaysAnswer &answer);
+std::string json(const Request &request, const DaysAnswer &answer);
+std::string help();
+
+// Parses, gets the days and prints them. Throws UsageError before anything is written.
+int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out);
+
+} // namespace TimesCommand
+
+} // namespace orvel::cli

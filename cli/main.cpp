@@ -1,4 +1,78 @@
-int main()
+#include "CliOptions.h"
+#include "Clock.h"
+#include "TextTable.h"
+#include "TimesCommand.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace orvel;
+
+struct Command {
+    std::string_view name;
+    std::string_view summary;
+    int (*run)(const std::vector<std::string> &args, const Clock &clock, std::ostream &out);
+};
+
+constexpr std::array<Command, 1> commands{{
+    {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run},
+}};
+
+std::string usage()
 {
-    return 0;
+    std::string text = "Kullanım: orvel-cli KOMUT [seçenekler]\n\nKomutlar:\n";
+    for (const Command &command : commands)
+        text += "  " + cli::TextTable::padded(command.name, 8) + "  " + std::string(command.summary) + "\n";
+    text += "\nBir komutun seçenekleri için: orvel-cli KOMUT --help\n";
+    return text;
+}
+
+// Error messages stay on one line whatever the user typed.
+std::string oneLine(std::string text)
+{
+    std::replace_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
+    return text;
+}
+
+int dispatch(const std::vector<std::string> &args, const Clock &clock)
+{
+    if (args.empty())
+        throw cli::UsageError("bir komut gerekli (komutlar için: orvel-cli --help)");
+    const std::string &name = args.front();
+    if (name == "--help" || name == "-h" || name == "help") {
+        std::cout << usage();
+        return 0;
+    }
+    if (name == "--version") {
+        std::cout << "orvel-cli " ORVEL_VERSION "\n";
+        return 0;
+    }
+    const auto command = std::find_if(commands.begin(), commands.end(), [&](const Command &c) { return c.name == name; });
+    if (command == commands.end())
+        throw cli::UsageError("bilinmeyen komut: " + name + " (komutlar için: orvel-cli --help)");
+    return command->run({args.begin() + 1, args.end()}, clock, std::cout);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const std::vector<std::string> args(argv + 1, argv + argc);
+    const SystemClock clock;
+    try {
+        return dispatch(args, clock);
+    } catch (const cli::UsageError &error) {
+        std::cerr << "orvel-cli: " << oneLine(error.what()) << '\n';
+        return 2;
+    } catch (const std::exception &error) {
+        std::cerr << "orvel-cli: beklenmeyen hata: " << oneLine(error.what()) << '\n';
+        return 1;
+    }
 }
