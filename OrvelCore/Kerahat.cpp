@@ -1,0 +1,84 @@
+#include "Kerahat.h"
+
+#include <nlohmann/json.hpp>
+
+namespace orvel {
+
+namespace {
+
+struct KindTexts {
+    std::string_view raw;
+    std::string_view title;
+    std::string_view explanation;
+};
+
+constexpr std::array<KindTexts, 3> texts{{
+    {"sunrise", "Kerahat", "Güneş doğuşu sonrası"},
+    {"istiva", "Kerahat (istiva)", "Güneş tepedeyken"},
+    {"sunset", "Kerahat", "Güneş batmadan önce"},
+}};
+
+} // namespace
+
+std::optional<KerahatKind> KerahatKind::fromRawValue(std::string_view raw)
+{
+    for (const Value value : allCases) {
+        if (texts[value].raw == raw)
+            return KerahatKind(value);
+    }
+    return std::nullopt;
+}
+
+std::string_view KerahatKind::rawValue() const { return texts[value_].raw; }
+std::string_view KerahatKind::title() const { return texts[value_].title; }
+std::string_view KerahatKind::explanation() const { return texts[value_].explanation; }
+
+void to_json(nlohmann::json &json, const KerahatKind &kind)
+{
+    json = kind.rawValue();
+}
+
+void from_json(const nlohmann::json &json, KerahatKind &kind)
+{
+    const auto parsed = KerahatKind::fromRawValue(json.get<std::string>());
+    if (!parsed)
+        throw nlohmann::json::other_error::create(501, "unknown kerahat kind: " + json.get<std::string>(), &json);
+    kind = *parsed;
+}
+
+namespace Kerahat {
+
+std::vector<KerahatInterval> intervals(const DayTimes &day, int64_t sunMinutes, int64_t istivaMinutes)
+{
+    const double sun = static_cast<double>(sunMinutes) * 60;
+    const double istiva = static_cast<double>(istivaMinutes) * 60;
+    return {
+        {KerahatKind::sunrise, day[Prayer::gunes], day[Prayer::gunes] + sun},
+        {KerahatKind::istiva, day[Prayer::ogle] - istiva, day[Prayer::ogle]},
+        {KerahatKind::sunset, day[Prayer::aksam] - sun, day[Prayer::aksam]},
+    };
+}
+
+std::optional<KerahatInterval> active(Instant at, const std::vector<KerahatInterval> &intervals)
+{
+    for (const KerahatInterval &interval : intervals) {
+        if (interval.contains(at))
+            return interval;
+    }
+    return std::nullopt;
+}
+
+std::optional<KerahatInterval> next(Instant after, const std::vector<KerahatInterval> &intervals)
+{
+    std::optional<KerahatInterval> earliest;
+    for (const KerahatInterval &interval : intervals) {
+        // Strictly earlier only, so that of two equal starts the first in the list stays.
+        if (interval.start > after && (!earliest || interval.start < earliest->start))
+            earliest = interval;
+    }
+    return earliest;
+}
+
+} // namespace Kerahat
+
+} // namespace orvel
