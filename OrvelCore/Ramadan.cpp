@@ -3,6 +3,8 @@
 #include "Calendars.h"
 #include "TimeZone.h"
 
+#include <limits>
+
 namespace orvel::Ramadan {
 
 namespace {
@@ -42,6 +44,9 @@ int64_t upcomingYear(const DayTimes &day)
 
 std::vector<DayKey> candidateDays(int64_t hijriYear)
 {
+    // The calendar counts years in 32 bits; a larger year must not wrap round to a valid one.
+    if (hijriYear > std::numeric_limits<int32_t>::max() || hijriYear < std::numeric_limits<int32_t>::min())
+        return {};
     const auto firstInstant = Calendars::fromUmmAlQura(hijriYear, month, 1);
     if (!firstInstant)
         return {};
