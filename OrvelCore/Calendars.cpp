@@ -96,7 +96,9 @@ CalendarDate ummAlQura(Instant instant)
 std::optional<Instant> fromUmmAlQura(int64_t year, int64_t month, int64_t day)
 {
     auto calendar = ummAlQuraCalendar();
-    if (!calendar || month < 1 || month > 12 || day < 1 || day > 30)
+    // ICU's fields are 32-bit: a larger year would wrap round to some other year.
+    constexpr int64_t yearLimit = 1'000'000;
+    if (!calendar || year < -yearLimit || year > yearLimit || month < 1 || month > 12 || day < 1 || day > 30)
         return std::nullopt;
     calendar->setLenient(false);
     calendar->clear();
