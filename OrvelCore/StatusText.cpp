@@ -1,0 +1,57 @@
+#include "StatusText.h"
+
+#include "OrvelFormat.h"
+#include "Ramadan.h"
+
+namespace orvel::StatusText {
+
+bool isRamadanToday(bool ramadanMode, const std::optional<DayTimes> &today)
+{
+    return ramadanMode && today && Ramadan::isRamadan(*today);
+}
+
+bool nextIsRamadan(bool ramadanMode, const std::optional<PrayerStatus> &status, const std::optional<DayTimes> &today,
+                   const std::optional<DayTimes> &tomorrow)
+{
+    if (!ramadanMode || !status)
+        return false;
+    const std::optional<DayTimes> &day = status->nextIsTomorrow ? tomorrow : today;
+    return day && Ramadan::isRamadan(*day);
+}
+
+std::optional<std::string> entryAnnouncement(const PrayerStatus &status, Instant now, bool ramadanToday)
+{
+    if (!status.isAdhanMoment(now))
+        return std::nullopt;
+    return std::string(status.current->displayName(ramadanToday)) + " vakti";
+}
+
+std::optional<std::string> title(MenuBarStyle style, const PrayerStatus &status, bool nextIsRamadan,
+                                 const TimeZone &zone)
+{
+    const std::string name(status.next.displayName(nextIsRamadan));
+    switch (style) {
+    case MenuBarStyle::nameAndRemaining:
+        return name + " " + OrvelFormat::compact(status.minutesRemaining);
+    case MenuBarStyle::remaining:
+        return OrvelFormat::compact(status.minutesRemaining);
+    case MenuBarStyle::nameAndTime:
+        return name + " " + OrvelFormat::time(status.nextTime, zone);
+    case MenuBarStyle::iconOnly:
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::string accessibilityLabel(const std::optional<PrayerStatus> &status, bool nextIsRamadan, bool inKerahat)
+{
+    if (!status)
+        return "Orvel";
+    std::string label = std::string(status->next.countdownPhrase(nextIsRamadan)) + " "
+        + OrvelFormat::spoken(status->minutesRemaining) + " kaldı";
+    if (inKerahat)
+        label += ", kerahat vakti";
+    return label;
+}
+
+} // namespace orvel::StatusText

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "DayTimes.h"
+#include "Instant.h"
+#include "MenuBarStyle.h"
+#include "PrayerSchedule.h"
+
+#include <optional>
+#include <string>
+
+namespace orvel {
+
+class TimeZone;
+
+// The words that describe the current moment: the status item's title, the entry announcement
+// and the spoken label, with Ramadan names where they apply. Shared by the application and the
+// command line so that both always say the same thing.
+namespace StatusText {
+
+// Ramadan mode is on and today's Hijri month (stored, else approximated) is Ramadan.
+bool isRamadanToday(bool ramadanMode, const std::optional<DayTimes> &today);
+// Ramadan mode is on and the day of the next time (tomorrow when the next time is tomorrow's
+// İmsak, else today) is in Ramadan; false when that day is not loaded.
+bool nextIsRamadan(bool ramadanMode, const std::optional<PrayerStatus> &status, const std::optional<DayTimes> &today,
+                   const std::optional<DayTimes> &tomorrow);
+
+// "Öğle vakti" during the first minute after a time with a call to prayer entered; none otherwise.
+std::optional<std::string> entryAnnouncement(const PrayerStatus &status, Instant now, bool ramadanToday);
+
+// The text beside the crescent: "Akşam 1:15", "1:15", "Akşam 20:47", or none for iconOnly.
+std::optional<std::string> title(MenuBarStyle style, const PrayerStatus &status, bool nextIsRamadan,
+                                 const TimeZone &zone);
+
+// "Akşam ezanına 1 saat 15 dakika kaldı", followed by ", kerahat vakti" while an interval runs;
+// "Orvel" when nothing is loaded.
+std::string accessibilityLabel(const std::optional<PrayerStatus> &status, bool nextIsRamadan, bool inKerahat);
+
+} // namespace StatusText
+
+} // namespace orvel
