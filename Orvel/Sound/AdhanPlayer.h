@@ -36,6 +36,9 @@ signals:
 
 private:
     void setPlaying(bool playing);
+    // Playback ended or the file was rejected: drop the player and go idle.
+    void finish();
+    void releasePlayer();
 
     std::unique_ptr<QMediaPlayer> player_;
     std::unique_ptr<QAudioOutput> output_;
