@@ -1,13 +1,16 @@
 #include "CliOptions.h"
 
-#include "Calendars.h"
+#include "AladhanClient.h"
+#include "PrayerRepository.h"
 #include "TextTable.h"
 #include "TimeZone.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <system_error>
 
 namespace orvel::cli {
 
@@ -178,6 +181,52 @@ DayKey date(std::string_view input)
     return {*year, *month, *day};
 }
 
+CivilTime minute(std::string_view input)
+{
+    const auto fail = [&]() -> UsageError {
+        return UsageError("geçersiz an: " + text(input) + " (YYYY-AA-GGTSS:dd biçiminde, ör. 2026-03-10T18:47)");
+    };
+    if (input.size() != 16 || (input[10] != 'T' && input[10] != 't') || input[13] != ':')
+        throw fail();
+    const auto hour = parseDigits(input.substr(11, 2));
+    const auto minute = parseDigits(input.substr(14, 2));
+    if (!hour || !minute || *hour > 23 || *minute > 59)
+        throw fail();
+    DayKey day;
+    try {
+        day = date(input.substr(0, 10));
+    } catch (const UsageError &) {
+        throw fail();
+    }
+    return {day.year, day.month, day.day, *hour, *minute, 0};
+}
+
+std::string serviceURL(std::string_view input)
+{
+    std::string url(input);
+    const std::size_t separator = url.find("://");
+    std::string scheme = url.substr(0, separator == std::string::npos ? 0 : separator);
+    std::transform(scheme.begin(), scheme.end(), scheme.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const std::size_t host = separator + 3;
+    const bool printable = std::all_of(url.begin(), url.end(), [](char c) { return static_cast<unsigned char>(c) > 0x20 && c != 0x7f; });
+    if ((scheme != "http" && scheme != "https") || !printable || host >= url.size() || url[host] == '/')
+        throw UsageError("geçersiz servis adresi: " + url + " (http:// ya da https:// ile başlayan bir adres olmalı)");
+    while (url.size() > host + 1 && url.back() == '/')
+        url.pop_back();
+    return url;
+}
+
+std::filesystem::path directory(std::string_view input)
+{
+    if (input.empty())
+        throw UsageError("geçersiz önbellek klasörü: boş olamaz");
+    const std::filesystem::path path(input);
+    std::error_code error;
+    if (std::filesystem::exists(path, error) && !std::filesystem::is_directory(path, error))
+        throw UsageError("geçersiz önbellek klasörü: " + text(input) + " (bir dosya değil, klasör olmalı)");
+    return path;
+}
+
 CalculationMethod method(std::string_view input)
 {
     const auto method = CalculationMethod::fromRawValue(input);
@@ -229,6 +278,36 @@ Location PlaceOptions::location() const
     if (name)
         place.name = *name;
     return place;
+}
+
+SourceOptions::SourceOptions()
+    : serviceURL(AladhanClient::defaultBaseURL)
+{
+}
+
+void SourceOptions::addTo(OptionTable &table)
+{
+    table.add({"--service", "ADRES", "web servisinin kök adresi (varsayılan " + serviceURL + ")",
+               [this](std::string_view value) { serviceURL = Values::serviceURL(value); }});
+    table.add({"--cache", "KLASÖR", "aylık vakitlerin saklandığı klasör (varsayılan "
+                   + PrayerRepository::defaultCacheDirectory().string() + ")",
+               [this](std::string_view value) { cacheDirectory = Values::directory(value); }});
+    table.add({"--offline", "", "vakitleri internete çıkmadan cihazda hesapla",
+               [this](std::string_view) { offline = true; }});
+}
+
+DaySource SourceOptions::daySource() const
+{
+    if (offline)
+        return calculatorSource();
+    return repositorySource(cacheDirectory ? *cacheDirectory : PrayerRepository::defaultCacheDirectory(), serviceURL);
+}
+
+std::optional<std::string> SourceOptions::fallbackNotice(const DaysAnswer &answer) const
+{
+    if (offline || answer.source == TimesSource::online)
+        return std::nullopt;
+    return "orvel-cli: web servisinden vakit alınamadı; vakitler cihazda hesaplandı";
 }
 
 } // namespace orvel::cli

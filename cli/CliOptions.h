@@ -1,10 +1,13 @@
 #pragma once
 
 #include "CalculationMethod.h"
+#include "Calendars.h"
 #include "DayKey.h"
+#include "DaySource.h"
 #include "Location.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -55,7 +58,13 @@ double number(std::string_view text, std::string_view what, double min, double m
 int64_t integer(std::string_view text, std::string_view what, int64_t min, int64_t max);
 // "YYYY-MM-DD" of a day that exists.
 DayKey date(std::string_view text);
+// "YYYY-MM-DDTHH:mm": a wall-clock minute, read later in the place's zone.
+CivilTime minute(std::string_view text);
 CalculationMethod method(std::string_view text);
+// An http:// or https:// address, without trailing slashes.
+std::string serviceURL(std::string_view text);
+// A folder that exists or can be made; not a file.
+std::filesystem::path directory(std::string_view text);
 } // namespace Values
 
 // The place and the calculation method, shared by every command that shows times:
@@ -70,6 +79,22 @@ struct PlaceOptions {
     void addTo(OptionTable &table);
     // Istanbul unless coordinates are given; coordinates without --tz take the machine's zone.
     Location location() const;
+};
+
+// Where the times come from, shared by every command that shows times: --service, --cache and
+// --offline.
+struct SourceOptions {
+    std::string serviceURL;
+    std::optional<std::filesystem::path> cacheDirectory;
+    bool offline = false;
+
+    SourceOptions();
+    void addTo(OptionTable &table);
+    // The cached web timetable with the calculator behind it, or the calculator alone.
+    DaySource daySource() const;
+    // The one line that says the service failed and the times were computed on the device;
+    // none when the times are what was asked for.
+    std::optional<std::string> fallbackNotice(const DaysAnswer &answer) const;
 };
 
 } // namespace orvel::cli

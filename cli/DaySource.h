@@ -6,7 +6,9 @@
 #include "Location.h"
 #include "TimesSource.h"
 
+#include <filesystem>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace orvel::cli {
@@ -23,5 +25,8 @@ using DaySource = std::function<DaysAnswer(const std::vector<DayKey> &, const Lo
 
 // Computes the days on the device.
 DaySource calculatorSource();
+// Months from the cache folder, else from the web service at the base URL (and then kept in the
+// folder), else computed on the device. Each month is fetched at most once per source.
+DaySource repositorySource(std::filesystem::path cacheDirectory, std::string serviceURL);
 
 } // namespace orvel::cli

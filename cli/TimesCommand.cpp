@@ -19,7 +19,7 @@ struct Choices {
     PlaceOptions place;
     std::optional<DayKey> date;
     int64_t dayCount = 1;
-    bool offline = false;
+    SourceOptions sources;
     bool json = false;
 };
 
@@ -31,8 +31,7 @@ OptionTable optionTable(Choices &choices)
     table.add({"--days", "N", "kaç gün (1…400, varsayılan 1)",
                [&choices](std::string_view value) { choices.dayCount = Values::integer(value, "gün sayısı", 1, maxDays); }});
     choices.place.addTo(table);
-    table.add({"--offline", "", "vakitleri internete çıkmadan cihazda hesapla",
-               [&choices](std::string_view) { choices.offline = true; }});
+    choices.sources.addTo(table);
     table.add({"--json", "", "tablo yerine JSON yaz", [&choices](std::string_view) { choices.json = true; }});
     table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
@@ -40,7 +39,7 @@ OptionTable optionTable(Choices &choices)
 
 std::string sourceLine(TimesSource source)
 {
-    return source == TimesSource::offline ? "Kaynak: çevrimdışı · cihazda hesaplandı" : "Kaynak: çevrimiçi · Aladhan";
+    return source == TimesSource::offline ? "Kaynak: çevrimdışı · cihazda hesaplandı" : "Kaynak: çevrimiçi";
 }
 
 } // namespace
@@ -63,14 +62,9 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     request.method = choices.place.method;
     request.first = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
     request.dayCount = choices.dayCount;
-    request.offline = choices.offline;
+    request.sources = choices.sources;
     request.json = choices.json;
     return request;
-}
-
-DaySource sourceFor(const Request &)
-{
-    return calculatorSource();
 }
 
 std::string text(const Request &request, const DaysAnswer &answer)
@@ -117,20 +111,28 @@ std::string help()
     return "Kullanım: orvel-cli times [seçenekler]\n\n"
            "Bir yerin altı vaktini gün gün Türkçe bir tablo olarak ya da --json ile JSON olarak yazar.\n"
            "Yer verilmezse İstanbul (Fatih) kullanılır. --lat ile --lon birlikte verilir; o zaman --tz\n"
-           "verilmezse bilgisayarın saat dilimi kullanılır. Saatler yerin saat dilimindedir.\n\n"
+           "verilmezse bilgisayarın saat dilimi kullanılır. Saatler yerin saat dilimindedir.\n"
+           "Vakitler web servisinden ay ay alınır ve önbellekte saklanır; servise ulaşılamazsa ya da\n"
+           "--offline verilirse cihazda hesaplanır.\n\n"
            "Seçenekler:\n"
         + optionTable(choices).help();
 }
 
-int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out)
+int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
     if (wantsHelp(args)) {
         out << help();
         return 0;
     }
     const Request request = parse(args, clock);
-    const DaysAnswer answer = sourceFor(request)(request.days(), request.location, request.method);
-    out << (request.json ? json(request, answer) : text(request, answer));
+    const DaysAnswer answer = request.sources.daySource()(request.days(), request.location, request.method);
+    if (request.json) {
+        out << json(request, answer);
+        return 0;
+    }
+    if (const auto notice = request.sources.fallbackNotice(answer))
+        err << *notice << '\n';
+    out << text(request, answer);
     return 0;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CalculationMethod.h"
+#include "CliOptions.h"
 #include "DayKey.h"
 #include "DaySource.h"
 #include "Location.h"
@@ -24,7 +25,7 @@ struct Request {
     CalculationMethod method = CalculationMethod::diyanet;
     DayKey first;
     int64_t dayCount = 1;
-    bool offline = false;
+    SourceOptions sources;
     bool json = false;
 
     std::vector<DayKey> days() const;
@@ -33,15 +34,13 @@ struct Request {
 // Reads the arguments after "times"; without --date the first day is today at the place.
 // Throws UsageError.
 Request parse(const std::vector<std::string> &args, const Clock &clock);
-// Where the days of the request come from.
-DaySource sourceFor(const Request &request);
-
 std::string text(const Request &request, const DaysAnswer &answer);
 std::string json(const Request &request, const DaysAnswer &answer);
 std::string help();
 
-// Parses, gets the days and prints them. Throws UsageError before anything is written.
-int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out);
+// Parses, gets the days and prints them; a fallback to the calculator is told on `err` in text
+// mode. Throws UsageError before anything is written.
+int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err);
 
 } // namespace TimesCommand
 

@@ -1,5 +1,6 @@
 #include "CliOptions.h"
 #include "Clock.h"
+#include "StatusCommand.h"
 #include "TextTable.h"
 #include "TimesCommand.h"
 
@@ -18,11 +19,12 @@ using namespace orvel;
 struct Command {
     std::string_view name;
     std::string_view summary;
-    int (*run)(const std::vector<std::string> &args, const Clock &clock, std::ostream &out);
+    int (*run)(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err);
 };
 
-constexpr std::array<Command, 1> commands{{
+constexpr std::array<Command, 2> commands{{
     {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run},
+    {"status", "sıradaki vakit ve kalan süre (metin, --format json ya da waybar)", cli::StatusCommand::run},
 }};
 
 std::string usage()
@@ -57,7 +59,7 @@ int dispatch(const std::vector<std::string> &args, const Clock &clock)
     const auto command = std::find_if(commands.begin(), commands.end(), [&](const Command &c) { return c.name == name; });
     if (command == commands.end())
         throw cli::UsageError("bilinmeyen komut: " + name + " (komutlar için: orvel-cli --help)");
-    return command->run({args.begin() + 1, args.end()}, clock, std::cout);
+    return command->run({args.begin() + 1, args.end()}, clock, std::cout, std::cerr);
 }
 
 } // namespace
