@@ -1,4 +1,5 @@
 #include "Calendars.h"
+#include "CliRun.h"
 #include "Clock.h"
 #include "DayKey.h"
 #include "TextTable.h"
@@ -7,67 +8,13 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 using namespace orvel;
 using nlohmann::json;
 
 namespace {
-
-struct CliRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string quoted(const std::string &arg)
-{
-    std::string text = "'";
-    for (const char c : arg)
-        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return text + "'";
-}
-
-// Runs orvel-cli in a pinned zone and locale.
-CliRun runCli(const std::vector<std::string> &args, const std::string &zone = "Europe/Istanbul")
-{
-    const auto errPath = std::filesystem::temp_directory_path() / ("orvel-cli-test-" + std::to_string(getpid()) + ".err");
-    std::string command = "env TZ=" + zone + " LC_ALL=C.UTF-8 " + quoted(ORVEL_CLI_PATH);
-    for (const std::string &arg : args)
-        command += " " + quoted(arg);
-    command += " 2>" + quoted(errPath.string());
-
-    CliRun run;
-    FILE *pipe = popen(command.c_str(), "r");
-    if (!pipe)
-        return run;
-    char buffer[4096];
-    for (size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-        run.out.append(buffer, n);
-    const int status = pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    std::ifstream errFile(errPath);
-    run.err.assign(std::istreambuf_iterator<char>(errFile), {});
-    std::filesystem::remove(errPath);
-    return run;
-}
-
-std::vector<std::string> lines(const std::string &text)
-{
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        result.push_back(line);
-    return result;
-}
 
 json timesJson(std::vector<std::string> args, const std::string &zone = "Europe/Istanbul")
 {
@@ -103,6 +50,17 @@ TEST(Cli, badInputGivesStatusTwoAndOneLine)
         {{"times", "--lat", "41"}, "--lon"},
         {{"times", "--name", "a\nb"}, "yer adı: a b"},
         {{"times", "--name", " "}, "yer adı"},
+        {{"times", "--service", "ftp://example.org"}, "ftp://example.org"},
+        {{"times", "--service", "localhost:8080"}, "servis adresi: localhost:8080"},
+        {{"times", "--service", "https:///v1"}, "https:///v1"},
+        {{"times", "--cache", ORVEL_CLI_PATH}, "önbellek klasörü"},
+        {{"status", "--now", "2025-06-21 13:11"}, "geçersiz an: 2025-06-21 13:11"},
+        {{"status", "--now", "2025-02-29T10:00"}, "2025-02-29T10:00"},
+        {{"status", "--now", "2025-06-21T24:00"}, "2025-06-21T24:00"},
+        {{"status", "--now", "2025-06-21T12:60"}, "2025-06-21T12:60"},
+        {{"status", "--format", "xml"}, "geçersiz biçim: xml"},
+        {{"status", "--format"}, "--format"},
+        {{"status", "--tz", "Mars/Olympus"}, "Mars/Olympus"},
         {{"weather"}, "weather"},
         {{}, "komut"},
     };
@@ -215,7 +173,13 @@ TEST(Cli, help)
         EXPECT_EQ(run.err, "");
         EXPECT_NE(run.out.find("times"), std::string::npos);
     }
-    EXPECT_NE(runCli({"times", "--help"}).out.find("--method"), std::string::npos);
+    EXPECT_NE(runCli({"--help"}).out.find("status"), std::string::npos);
+    const std::string timesHelp = runCli({"times", "--help"}).out;
+    for (const std::string option : {"--method", "--service", "--cache", "--offline"})
+        EXPECT_NE(timesHelp.find(option), std::string::npos) << option;
+    const std::string statusHelp = runCli({"status", "--format", "xml", "--help"}).out;
+    for (const std::string option : {"--now", "--format", "--lat", "--service", "--offline"})
+        EXPECT_NE(statusHelp.find(option), std::string::npos) << option;
 }
 
 TEST(TextTable, widthsCountCodePoints)

@@ -1,0 +1,277 @@
+#include "AladhanClient.h"
+#include "CliRun.h"
+#include "Location.h"
+#include "PrayerCalculator.h"
+#include "PrayerRepository.h"
+
+#include <gtest/gtest.h>
+#include <httplib.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace orvel;
+using nlohmann::json;
+
+namespace {
+
+std::string readFile(const std::filesystem::path &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// April 2017 in Istanbul as the service answered it, with the 10th's İmsak moved to 04:44 so that
+// the service's times cannot be mistaken for the calculator's.
+std::string aprilBody()
+{
+    json body = json::parse(readFile(std::filesystem::path(ORVEL_FIXTURES_DIR) / "calendar_2017-04_istanbul_method2_isna.json"));
+    body["data"][9]["timings"]["Fajr"] = "04:44 (+03)";
+    return body.dump();
+}
+
+// The web service on the loopback interface: April 2017 under /v1, 404 for other months, 500
+// under /broken. Counts the requests of each month.
+class LoopbackService {
+public:
+    LoopbackService()
+        : body_(aprilBody())
+    {
+        server_.Get(R"(/v1/calendar/(\d+)/(\d+))", [this](const httplib::Request &request, httplib::Response &response) {
+            const std::string month = request.matches[1].str() + "-" + request.matches[2].str();
+            {
+                const std::lock_guard lock(mutex_);
+                ++hits_[month];
+                lastQuery_ = request.params;
+            }
+            if (month == "2017-4")
+                response.set_content(body_, "application/json");
+            else
+                response.status = 404;
+        });
+        server_.Get(R"(/broken/.*)", [this](const httplib::Request &, httplib::Response &response) {
+            const std::lock_guard lock(mutex_);
+            ++hits_["broken"];
+            response.status = 500;
+        });
+        port_ = server_.bind_to_any_port("127.0.0.1");
+        thread_ = std::thread([this] { server_.listen_after_bind(); });
+        // The socket listens already; stop() is only heard once the accept loop runs.
+        for (int i = 0; i < 2000 && !server_.is_running(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    ~LoopbackService()
+    {
+        server_.stop();
+        thread_.join();
+    }
+
+    std::string url(const std::string &path = "/v1") const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
+    int hits(const std::string &month) const
+    {
+        const std::lock_guard lock(mutex_);
+        const auto found = hits_.find(month);
+        return found == hits_.end() ? 0 : found->second;
+    }
+    std::string lastQuery(const std::string &key) const
+    {
+        const std::lock_guard lock(mutex_);
+        const auto found = lastQuery_.find(key);
+        return found == lastQuery_.end() ? std::string() : found->second;
+    }
+    const std::string &body() const { return body_; }
+
+private:
+    std::string body_;
+    httplib::Server server_;
+    int port_ = 0;
+    std::thread thread_;
+    mutable std::mutex mutex_;
+    std::map<std::string, int> hits_;
+    httplib::Params lastQuery_;
+};
+
+// A loopback port that refuses connections: bound, never listening, held until the test ends.
+class DeadPort {
+public:
+    DeadPort()
+        : socket_(::socket(AF_INET, SOCK_STREAM, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof address;
+        ::bind(socket_, reinterpret_cast<sockaddr *>(&address), sizeof address);
+        ::getsockname(socket_, reinterpret_cast<sockaddr *>(&address), &length);
+        port_ = ntohs(address.sin_port);
+    }
+    ~DeadPort() { ::close(socket_); }
+    std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/v1"; }
+
+private:
+    int socket_;
+    int port_ = 0;
+};
+
+class TempFolder {
+public:
+    TempFolder()
+        : path_(std::filesystem::temp_directory_path() / ("orvel-cli-cache-" + std::to_string(getpid()) + "-" + std::to_string(next_++)))
+    {
+        std::filesystem::remove_all(path_);
+    }
+    ~TempFolder() { std::filesystem::remove_all(path_); }
+    const std::filesystem::path &path() const { return path_; }
+    std::vector<std::string> files() const
+    {
+        std::vector<std::string> names;
+        if (std::filesystem::exists(path_)) {
+            for (const auto &entry : std::filesystem::directory_iterator(path_))
+                names.push_back(entry.path().filename().string());
+        }
+        return names;
+    }
+
+private:
+    static inline int next_ = 0;
+    std::filesystem::path path_;
+};
+
+const Location fixturePlace{"İstanbul", 41.0054, 28.9768, "Europe/Istanbul"};
+
+std::vector<std::string> placeArgs()
+{
+    return {"--lat", "41.0054", "--lon", "28.9768", "--tz", "Europe/Istanbul", "--name", "İstanbul", "--method", "isna"};
+}
+
+std::vector<std::string> with(std::vector<std::string> args, const std::vector<std::string> &more)
+{
+    args.insert(args.end(), more.begin(), more.end());
+    return args;
+}
+
+std::vector<Instant> timesOf(const json &day)
+{
+    std::vector<Instant> times;
+    for (const json &time : day.at("times"))
+        times.push_back(Instant{time.get<double>()});
+    return times;
+}
+
+std::vector<Instant> timesOf(const DayTimes &day)
+{
+    return {day.times.begin(), day.times.end()};
+}
+
+} // namespace
+
+TEST(CliOnline, serviceMonthIsShownAndCachedOnce)
+{
+    LoopbackService service;
+    TempFolder cache;
+    const std::vector<DayTimes> april = AladhanClient::parse(service.body(), *TimeZone::known("Europe/Istanbul"));
+    ASSERT_EQ(april.size(), 30u);
+
+    // A trailing slash on the base address is harmless.
+    const CliRun first = runCli(with({"times", "--json", "--date", "2017-04-10", "--days", "2", "--service",
+                                      service.url("/v1/"), "--cache", cache.path().string()},
+                                     placeArgs()));
+    ASSERT_EQ(first.status, 0) << first.err;
+    EXPECT_EQ(first.err, "");
+    const json document = json::parse(first.out);
+    EXPECT_EQ(document.at("source"), "online");
+    ASSERT_EQ(document.at("days").size(), 2u);
+    EXPECT_EQ(timesOf(document["days"][0]), timesOf(april[9]));
+    EXPECT_EQ(timesOf(document["days"][1]), timesOf(april[10]));
+    EXPECT_EQ(document["days"][0]["clock"][0], "04:44");
+    EXPECT_EQ(service.hits("2017-4"), 1);
+    EXPECT_EQ(service.lastQuery("method"), "2");
+    EXPECT_EQ(service.lastQuery("timezonestring"), "Europe/Istanbul");
+    EXPECT_EQ(cache.files(), std::vector<std::string>{PrayerRepository::cacheFileName({2017, 4}, fixturePlace, CalculationMethod::isna)});
+
+    // The next run reads the cache file and leaves the service alone.
+    const CliRun second = runCli(with({"times", "--date", "2017-04-10", "--service", service.url(), "--cache",
+                                       cache.path().string()},
+                                      placeArgs()));
+    ASSERT_EQ(second.status, 0) << second.err;
+    EXPECT_EQ(second.err, "");
+    EXPECT_EQ(service.hits("2017-4"), 1);
+    const std::vector<std::string> text = lines(second.out);
+    ASSERT_FALSE(text.empty());
+    EXPECT_EQ(text.back(), "Kaynak: çevrimiçi");
+    EXPECT_NE(second.out.find("04:44"), std::string::npos) << second.out;
+
+    const CliRun status = runCli(with({"status", "--format", "json", "--now", "2017-04-10T12:00", "--service",
+                                       service.url(), "--cache", cache.path().string()},
+                                      placeArgs()));
+    ASSERT_EQ(status.status, 0) << status.err;
+    EXPECT_EQ(json::parse(status.out).at("source"), "online");
+    EXPECT_EQ(service.hits("2017-4"), 1);
+}
+
+TEST(CliOnline, daysAcrossMonthsFetchEachMonthOnce)
+{
+    LoopbackService service;
+    TempFolder cache;
+    // All of April and the 1st of May: April comes from the service in one request, May fails
+    // (404) and is computed, which makes the whole answer offline.
+    const CliRun run = runCli(with({"times", "--json", "--date", "2017-04-01", "--days", "31", "--service",
+                                    service.url(), "--cache", cache.path().string()},
+                                   placeArgs()));
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(service.hits("2017-4"), 1);
+    EXPECT_EQ(service.hits("2017-5"), 1);
+    const json document = json::parse(run.out);
+    EXPECT_EQ(document.at("source"), "offline");
+    ASSERT_EQ(document.at("days").size(), 31u);
+    EXPECT_EQ(document["days"][9]["clock"][0], "04:44");
+    EXPECT_EQ(timesOf(document["days"][30]), timesOf(PrayerCalculator::times({2017, 5, 1}, fixturePlace, CalculationMethod::isna)));
+    EXPECT_EQ(cache.files().size(), 1u);
+}
+
+TEST(CliOnline, failingServiceFallsBackToTheCalculator)
+{
+    LoopbackService service;
+    DeadPort dead;
+    TempFolder cache;
+    const DayTimes computed = PrayerCalculator::times({2017, 4, 10}, fixturePlace, CalculationMethod::isna);
+
+    for (const std::string &url : {dead.url(), service.url("/broken")}) {
+        SCOPED_TRACE(url);
+        const CliRun jsonRun = runCli(with({"times", "--json", "--date", "2017-04-10", "--service", url, "--cache",
+                                         cache.path().string()},
+                                        placeArgs()));
+        ASSERT_EQ(jsonRun.status, 0) << jsonRun.err;
+        EXPECT_EQ(jsonRun.err, "");
+        const json document = json::parse(jsonRun.out);
+        EXPECT_EQ(document.at("source"), "offline");
+        EXPECT_EQ(timesOf(document["days"][0]), timesOf(computed));
+
+        const CliRun textRun = runCli(with({"times", "--date", "2017-04-10", "--service", url, "--cache",
+                                         cache.path().string()},
+                                        placeArgs()));
+        ASSERT_EQ(textRun.status, 0) << textRun.err;
+        EXPECT_EQ(lines(textRun.out).back(), "Kaynak: çevrimdışı · cihazda hesaplandı");
+        EXPECT_EQ(textRun.err, "orvel-cli: web servisinden vakit alınamadı; vakitler cihazda hesaplandı\n");
+
+        const CliRun statusRun = runCli(with({"status", "--now", "2017-04-10T12:00", "--service", url, "--cache",
+                                           cache.path().string()},
+                                          placeArgs()));
+        EXPECT_EQ(statusRun.status, 0);
+        EXPECT_EQ(lines(statusRun.out).size(), 2u) << statusRun.out;
+        EXPECT_EQ(std::count(statusRun.err.begin(), statusRun.err.end(), '\n'), 1) << statusRun.err;
+    }
+    EXPECT_EQ(service.hits("broken"), 3);
+    EXPECT_TRUE(cache.files().empty());
+}
