@@ -33,6 +33,14 @@ class AdhanPlayer;
 class NotificationScheduler;
 class SystemEvents;
 
+// What the model talks to; anything left empty gets the application's own.
+struct AppModelServices {
+    std::shared_ptr<const Clock> clock;                 // default: the system clock
+    std::shared_ptr<PrayerRepository> repository;       // default: cache folder + web client
+    NotificationScheduler *scheduler = nullptr;         // default: NotificationScheduler::shared()
+    SystemEvents *systemEvents = nullptr;               // default: the platform's (wake, clock, zone)
+};
+
 // The one object holding the application's state: the settings, today's and tomorrow's times,
 // where they came from, and the current minute. Lives on the UI thread. Every setter stores the
 // setting and sets off what depends on it; change signals fire only on a real change.
@@ -40,13 +48,7 @@ class AppModel : public QObject {
     Q_OBJECT
 
 public:
-    // What the model talks to; anything left empty gets the application's own.
-    struct Services {
-        std::shared_ptr<const Clock> clock;                 // default: the system clock
-        std::shared_ptr<PrayerRepository> repository;       // default: cache folder + web client
-        NotificationScheduler *scheduler = nullptr;         // default: NotificationScheduler::shared()
-        SystemEvents *systemEvents = nullptr;               // default: the platform's (wake, clock, zone)
-    };
+    using Services = AppModelServices;
 
     static constexpr double offlineRetrySeconds = 1800;
     static constexpr int prefetchFromDay = 25;
@@ -146,6 +148,21 @@ signals:
 
 private:
     struct Private;
+
+    Instant currentTime() const;
+    NotificationScheduler &scheduler() const;
+    void startTickTimer();
+    void observeSystemEvents(SystemEvents *events);
+    void applyLoad(const PrayerRepository::Answer &answer);
+    void prefetchAhead(DayKey key, const Location &location, CalculationMethod method);
+    void rescheduleNotifications();
+    void playAdhanIfNeeded();
+    std::optional<QString> soundPath() const;
+    void setLoading(bool loading);
+    // Sets the field and tells observers when the value really changed.
+    template <typename T>
+    bool assign(T &field, const T &value, void (AppModel::*signal)());
+
     std::unique_ptr<Private> d;
 
     Location location_;

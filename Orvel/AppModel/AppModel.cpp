@@ -1,0 +1,467 @@
+#include "AppModel.h"
+
+#include "AdhanPlayer.h"
+#include "Defaults.h"
+#include "NotificationScheduler.h"
+#include "OrvelFormat.h"
+#include "Ramadan.h"
+#include "SoundLibrary.h"
+#include "StatusText.h"
+#include "SystemEvents.h"
+
+#include <QFutureWatcher>
+#include <QTimer>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include <limits>
+
+namespace orvel {
+
+namespace {
+
+using Key = Defaults::Key;
+
+constexpr int tickIntervalMs = 1000;
+constexpr double minuteSeconds = 60;
+const QString statusSymbol = QStringLiteral("moon");
+
+QString qt(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::optional<QString> qt(const std::optional<std::string> &text)
+{
+    if (!text)
+        return std::nullopt;
+    return QString::fromStdString(*text);
+}
+
+} // namespace
+
+struct AppModel::Private {
+    std::shared_ptr<const Clock> clock;
+    NotificationScheduler *scheduler = nullptr;
+    QTimer *timer = nullptr;
+    // Each load carries the generation it started in; an answer from an older one is dropped.
+    uint64_t loadGeneration = 0;
+    Instant lastOnlineAttempt{std::numeric_limits<double>::lowest()};
+    std::optional<QString> lastPlayedKey;
+    // The per-minute checks (entry sound, day roll-over) only need to run again once the minute,
+    // the loaded days or a setting they read has changed; the idle second ticks skip them.
+    bool checksPending = true;
+};
+
+AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services services, QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>())
+    , fixedNow_(fixedNow)
+{
+    d->clock = services.clock ? std::move(services.clock) : std::make_shared<SystemClock>();
+    d->scheduler = services.scheduler;
+    repository_ = services.repository
+        ? std::move(services.repository)
+        : std::make_shared<PrayerRepository>(PrayerRepository::defaultCacheDirectory(), AladhanClient());
+    player_ = std::make_unique<AdhanPlayer>();
+    now_ = currentTime().floorToMinute();
+
+    const Defaults::Settings settings = Defaults::load();
+    location_ = settings.location;
+    method_ = settings.method;
+    menuBarStyle_ = settings.menuBarStyle;
+    notifiedPrayers_ = settings.notifiedPrayers;
+    reminderMinutes_ = settings.reminderMinutes;
+    showKerahat_ = settings.showKerahat;
+    kerahatMenuDot_ = settings.kerahatMenuDot;
+    kerahatNotify_ = settings.kerahatNotify;
+    kerahatMinutes_ = settings.kerahatMinutes;
+    ramadanMode_ = settings.ramadanMode;
+    adhanSound_ = settings.adhanSound;
+    customSoundName_ = settings.customSoundName;
+    soundVolume_ = settings.soundVolume;
+    quietHours_ = settings.quietHours;
+
+    if (!startServices)
+        return;
+    startTickTimer();
+    observeSystemEvents(services.systemEvents);
+    reload();
+}
+
+AppModel::~AppModel() = default;
+
+template <typename T>
+bool AppModel::assign(T &field, const T &value, void (AppModel::*signal)())
+{
+    if (field == value)
+        return false;
+    field = value;
+    emit(this->*signal)();
+    emit changed();
+    return true;
+}
+
+// Settings.
+
+void AppModel::setLocation(const Location &location)
+{
+    if (location == location_)
+        return;
+    Defaults::encode(Key::location, location);
+    assign(location_, location, &AppModel::locationChanged);
+    reload();
+}
+
+void AppModel::setMethod(CalculationMethod method)
+{
+    if (method == method_)
+        return;
+    Defaults::write(Key::method, qt(method.rawValue()));
+    assign(method_, method, &AppModel::methodChanged);
+    reload();
+}
+
+void AppModel::setMenuBarStyle(MenuBarStyle style)
+{
+    Defaults::write(Key::menuBarStyle, qt(style.rawValue()));
+    assign(menuBarStyle_, style, &AppModel::menuBarStyleChanged);
+}
+
+void AppModel::setNotifiedPrayers(const std::set<Prayer::Value> &prayers)
+{
+    Defaults::writeNotified(prayers);
+    assign(notifiedPrayers_, prayers, &AppModel::notifiedPrayersChanged);
+    d->checksPending = true;
+    rescheduleNotifications();
+}
+
+void AppModel::setReminderMinutes(int64_t minutes)
+{
+    Defaults::write(Key::reminder, qint64(minutes));
+    assign(reminderMinutes_, minutes, &AppModel::reminderMinutesChanged);
+    rescheduleNotifications();
+}
+
+void AppModel::setShowKerahat(bool show)
+{
+    Defaults::write(Key::kerahatShow, show);
+    assign(showKerahat_, show, &AppModel::showKerahatChanged);
+    rescheduleNotifications();
+}
+
+void AppModel::setKerahatMenuDot(bool dot)
+{
+    Defaults::write(Key::kerahatDot, dot);
+    assign(kerahatMenuDot_, dot, &AppModel::kerahatMenuDotChanged);
+}
+
+void AppModel::setKerahatNotify(bool notify)
+{
+    Defaults::write(Key::kerahatNotify, notify);
+    assign(kerahatNotify_, notify, &AppModel::kerahatNotifyChanged);
+    rescheduleNotifications();
+}
+
+void AppModel::setKerahatMinutes(int64_t minutes)
+{
+    Defaults::write(Key::kerahatMinutes, qint64(minutes));
+    assign(kerahatMinutes_, minutes, &AppModel::kerahatMinutesChanged);
+    rescheduleNotifications();
+}
+
+void AppModel::setRamadanMode(bool on)
+{
+    Defaults::write(Key::ramadanMode, on);
+    assign(ramadanMode_, on, &AppModel::ramadanModeChanged);
+    rescheduleNotifications();
+}
+
+void AppModel::setAdhanSound(AdhanSound sound)
+{
+    Defaults::write(Key::adhanSound, qt(sound.rawValue()));
+    assign(adhanSound_, sound, &AppModel::adhanSoundChanged);
+    d->checksPending = true;
+    rescheduleNotifications();
+}
+
+void AppModel::setCustomSoundName(const std::optional<QString> &name)
+{
+    // An empty name is how "none" is stored, so it means none here too.
+    const std::optional<QString> normalized = name && !name->isEmpty() ? name : std::nullopt;
+    Defaults::writeCustomSoundName(normalized);
+    assign(customSoundName_, normalized, &AppModel::customSoundNameChanged);
+}
+
+void AppModel::setSoundVolume(double volume)
+{
+    Defaults::write(Key::soundVolume, volume);
+    assign(soundVolume_, volume, &AppModel::soundVolumeChanged);
+    player_->setVolume(volume);
+}
+
+void AppModel::setQuietHours(const QuietHours &hours)
+{
+    Defaults::encode(Key::quietHours, hours);
+    assign(quietHours_, hours, &AppModel::quietHoursChanged);
+    rescheduleNotifications();
+}
+
+void AppModel::toggleNotification(Prayer prayer)
+{
+    std::set<Prayer::Value> prayers = notifiedPrayers_;
+    if (!prayers.erase(prayer))
+        prayers.insert(prayer);
+    setNotifiedPrayers(prayers);
+}
+
+// Loading and the clock.
+
+Instant AppModel::currentTime() const
+{
+    return fixedNow_ ? *fixedNow_ : d->clock->now();
+}
+
+NotificationScheduler &AppModel::scheduler() const
+{
+    // The shared scheduler talks to the session bus, so it is only made when first needed.
+    return d->scheduler ? *d->scheduler : NotificationScheduler::shared();
+}
+
+void AppModel::startTickTimer()
+{
+    d->timer = new QTimer(this);
+    d->timer->setInterval(tickIntervalMs);
+    d->timer->setTimerType(Qt::CoarseTimer);
+    connect(d->timer, &QTimer::timeout, this, &AppModel::tick);
+    d->timer->start();
+}
+
+void AppModel::observeSystemEvents(SystemEvents *events)
+{
+    SystemEvents *source = events ? events : SystemEvents::createForPlatform(this);
+    connect(source, &SystemEvents::wokeFromSleep, this, &AppModel::reload);
+    connect(source, &SystemEvents::clockChanged, this, &AppModel::reload);
+    connect(source, &SystemEvents::timeZoneChanged, this, [this] {
+        // ICU keeps the zone it found at start-up until told to look again.
+        TimeZone::redetectCurrent();
+        reload();
+    });
+}
+
+void AppModel::reload()
+{
+    const uint64_t generation = ++d->loadGeneration;
+    const Location location = location_;
+    const CalculationMethod method = method_;
+    const DayKey key = DayKey::from(currentTime(), zone());
+    setLoading(true);
+    d->lastOnlineAttempt = d->clock->now();
+
+    auto *watcher = new QFutureWatcher<PrayerRepository::Answer>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation, key, location, method] {
+        watcher->deleteLater();
+        if (generation != d->loadGeneration)
+            return;
+        applyLoad(watcher->result());
+        prefetchAhead(key, location, method);
+        emit loadFinished();
+    });
+    watcher->setFuture(QtConcurrent::run([repository = repository_, key, location, method] {
+        return repository->days({key, key.adding(1)}, location, method);
+    }));
+}
+
+void AppModel::applyLoad(const PrayerRepository::Answer &answer)
+{
+    if (!answer.days.empty()) {
+        assign(today_, std::optional<DayTimes>(answer.days[0]), &AppModel::todayChanged);
+        const std::optional<DayTimes> tomorrow =
+            answer.days.size() > 1 ? std::optional<DayTimes>(answer.days[1]) : std::nullopt;
+        assign(tomorrow_, tomorrow, &AppModel::tomorrowChanged);
+        assign(source_, answer.source, &AppModel::sourceChanged);
+    }
+    setLoading(false);
+    d->checksPending = true;
+    tick();
+    rescheduleNotifications();
+}
+
+void AppModel::prefetchAhead(DayKey key, const Location &location, CalculationMethod method)
+{
+    if (key.day < prefetchFromDay)
+        return;
+    const MonthKey month = key.adding(prefetchLookAheadDays).monthKey();
+    // The answer only fills the cache; nothing waits for it.
+    static_cast<void>(QtConcurrent::run([repository = repository_, month, location, method] {
+        repository->prefetch(month, location, method);
+    }));
+}
+
+void AppModel::setLoading(bool loading)
+{
+    assign(isLoading_, loading, &AppModel::isLoadingChanged);
+}
+
+void AppModel::tick()
+{
+    const Instant minute = currentTime().floorToMinute();
+    const bool minuteChanged = assign(now_, minute, &AppModel::nowChanged);
+    if (isLoading_ || !today_)
+        return;
+    if (minuteChanged || d->checksPending) {
+        d->checksPending = false;
+        playAdhanIfNeeded();
+        if (DayKey::from(minute, zone()) != today_->day) {
+            reload();
+            return;
+        }
+    }
+    if (source_ == TimesSource::offline && d->clock->now() - d->lastOnlineAttempt > offlineRetrySeconds)
+        reload();
+}
+
+void AppModel::rescheduleNotifications()
+{
+    if (fixedNow_ || !today_ || !tomorrow_)
+        return;
+    NotificationPlan plan;
+    plan.days = {*today_, *tomorrow_};
+    plan.location = location_;
+    plan.enabled = notifiedPrayers_;
+    plan.reminderMinutes = reminderMinutes_;
+    if (showKerahat_ && kerahatNotify_) {
+        for (const DayTimes &day : plan.days) {
+            const auto intervals = Kerahat::intervals(day, kerahatMinutes_, Kerahat::defaultIstivaMinutes);
+            plan.kerahat.insert(plan.kerahat.end(), intervals.begin(), intervals.end());
+        }
+    }
+    plan.systemSound = adhanSound_ == AdhanSound::system;
+    plan.quietHours = quietHours_;
+    plan.ramadanMode = ramadanMode_;
+    scheduler().reschedule(plan);
+}
+
+void AppModel::playAdhanIfNeeded()
+{
+    if (fixedNow_ || !today_)
+        return;
+    const std::optional<PrayerStatus> s = status();
+    if (!s || !s->current || *s->current == Prayer::gunes || !s->currentTime)
+        return;
+    if (!(now_ - *s->currentTime < minuteSeconds))
+        return;
+    if (!notifiedPrayers_.contains(*s->current))
+        return;
+    const QString key = QString::fromStdString(today_->day.description()) + u'-' + qt(s->current->rawValue());
+    if (d->lastPlayedKey == key)
+        return;
+    // Counted as handled before the quiet-hours test, so leaving quiet hours later in the same
+    // minute does not sound it after all.
+    d->lastPlayedKey = key;
+    if (quietHours_.contains(d->clock->now(), TimeZone::current()))
+        return;
+    if (const std::optional<QString> path = soundPath())
+        player_->play(*path, soundVolume_);
+}
+
+std::optional<QString> AppModel::soundPath() const
+{
+    switch (adhanSound_) {
+    case AdhanSound::chime:
+        return SoundLibrary::chimePath();
+    case AdhanSound::custom:
+        return SoundLibrary::customPath();
+    case AdhanSound::system:
+    case AdhanSound::none:
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+void AppModel::previewSound()
+{
+    if (player_->isPlaying()) {
+        player_->stop();
+        return;
+    }
+    if (const std::optional<QString> path = soundPath())
+        player_->play(*path, soundVolume_);
+}
+
+QFuture<PrayerRepository::Answer> AppModel::days(const std::vector<DayKey> &keys) const
+{
+    return QtConcurrent::run([repository = repository_, keys, location = location_, method = method_] {
+        return repository->days(keys, location, method);
+    });
+}
+
+// Derived values.
+
+TimeZone AppModel::zone() const
+{
+    return location_.timeZone();
+}
+
+DayKey AppModel::todayKey() const
+{
+    return today_ ? today_->day : DayKey::from(now_, zone());
+}
+
+std::optional<PrayerStatus> AppModel::status() const
+{
+    if (!today_)
+        return std::nullopt;
+    return PrayerSchedule::status(now_, *today_, tomorrow_);
+}
+
+QString AppModel::dateLine() const
+{
+    const QString date = QString::fromStdString(OrvelFormat::longDate(now_, zone()));
+    if (!today_)
+        return date;
+    return date + QStringLiteral(" · ") + QString::fromStdString(today_->hijriOrApproximate().formatted());
+}
+
+std::vector<KerahatInterval> AppModel::kerahatIntervals() const
+{
+    if (!showKerahat_ || !today_)
+        return {};
+    return Kerahat::intervals(*today_, kerahatMinutes_, Kerahat::defaultIstivaMinutes);
+}
+
+bool AppModel::isRamadanToday() const
+{
+    return StatusText::isRamadanToday(ramadanMode_, today_);
+}
+
+bool AppModel::nextIsRamadan() const
+{
+    return StatusText::nextIsRamadan(ramadanMode_, status(), today_, tomorrow_);
+}
+
+std::optional<int64_t> AppModel::ramadanDay() const
+{
+    if (!ramadanMode_ || !today_)
+        return std::nullopt;
+    return Ramadan::dayNumber(*today_);
+}
+
+StatusImage::Image AppModel::menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio) const
+{
+    const std::optional<PrayerStatus> s = status();
+    if (!s)
+        return StatusImage::make(statusSymbol, std::nullopt, StatusImage::Style::normal, false, devicePixelRatio);
+    if (const auto entry = StatusText::entryAnnouncement(*s, now_, isRamadanToday()))
+        return StatusImage::make(statusSymbol, qt(entry), StatusImage::Style::adhan, false, devicePixelRatio);
+    const std::optional<QString> text = qt(StatusText::title(style, *s, nextIsRamadan(), zone()));
+    const bool dot = forceKerahatDot || (kerahatMenuDot_ && Kerahat::active(now_, kerahatIntervals()));
+    return StatusImage::make(statusSymbol, text, StatusImage::Style::normal, dot, devicePixelRatio);
+}
+
+QString AppModel::accessibilityLabel() const
+{
+    const bool inKerahat = Kerahat::active(now_, kerahatIntervals()).has_value();
+    return QString::fromStdString(StatusText::accessibilityLabel(status(), nextIsRamadan(), inKerahat));
+}
+
+} // namespace orvel
