@@ -203,6 +203,7 @@ void AppModel::setQuietHours(const QuietHours &hours)
 {
     Defaults::encode(Key::quietHours, hours);
     assign(quietHours_, hours, &AppModel::quietHoursChanged);
+    d->checksPending = true;
     rescheduleNotifications();
 }
 
