@@ -275,3 +275,18 @@ TEST(CliOnline, failingServiceFallsBackToTheCalculator)
     EXPECT_EQ(service.hits("broken"), 3);
     EXPECT_TRUE(cache.files().empty());
 }
+
+TEST(CliOnline, libcurlLoadsOnlyWhenAMonthIsFetched)
+{
+    // What the dynamic loader maps at start-up, as ldd lists it. A libcurl function that LazyCurl
+    // does not define would bring the library, and its thirty dependencies, back into every start.
+    FILE *pipe = popen("LD_TRACE_LOADED_OBJECTS=1 '" ORVEL_CLI_PATH "'", "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string loaded;
+    char buffer[4096];
+    for (size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+        loaded.append(buffer, n);
+    pclose(pipe);
+    EXPECT_NE(loaded.find("libicuuc"), std::string::npos) << loaded;
+    EXPECT_EQ(loaded.find("libcurl"), std::string::npos) << loaded;
+}
