@@ -14,7 +14,9 @@ namespace Colors {
 QColor orvel(Appearance appearance);   // accent
 QColor orvelPill();                    // fill of the entry pill
 QColor kerahat(Appearance appearance); // kerahat orange of rows, banner and marks
-QColor systemOrange();                 // the kerahat dot
+QColor systemOrange(Appearance appearance); // the kerahat dot: the platform's orange
+QColor systemOrange();                 // ... for the current appearance
+QColor label(Appearance appearance);   // primary text
 
 // The desktop's current appearance (window colour lightness), unless forced for a render.
 Appearance current();

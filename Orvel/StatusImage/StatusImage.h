@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QImage>
 #include <QString>
 
@@ -22,6 +23,9 @@ struct Image {
     // A copy with every drawn pixel in one colour (for template images on a given panel).
     Image tinted(const QColor &color) const;
 };
+
+// The text's font: the desktop's UI font at 13 points, medium weight, digits of equal width.
+QFont font();
 
 Image make(const QString &symbol, const std::optional<QString> &text, Style style, bool dot,
            qreal devicePixelRatio = 1.0);

@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QSizeF>
 #include <QString>
+#include <QStringList>
 
 namespace orvel {
 
@@ -14,7 +15,10 @@ namespace orvel {
 namespace Symbols {
 
 bool has(const QString &name);
-// The symbol's size in points at a point size (its width varies by symbol, height ≈ pointSize).
+// Every known name, sorted.
+QStringList names();
+// The symbol's size in points at a point size (its width varies by symbol; the
+// height is pointSize × 16/13, the ink about pointSize).
 QSizeF size(const QString &name, qreal pointSize);
 // Draws the symbol with its top-left corner at `origin`, filled in `color`.
 void draw(QPainter &painter, const QString &name, const QPointF &origin, qreal pointSize, const QColor &color);
