@@ -1,0 +1,382 @@
+#include "AladhanClient.h"
+
+#include "Calendars.h"
+#include "DayKey.h"
+#include "TimeZone.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+
+#include <curl/curl.h>
+#include <nlohmann/json.hpp>
+#include <unicode/brkiter.h>
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
+namespace orvel {
+
+namespace {
+
+using nlohmann::json;
+
+// The service's timing names, in Prayer order.
+constexpr std::array<const char *, 6> timingKeys{"Fajr", "Sunrise", "Dhuhr", "Asr", "Maghrib", "Isha"};
+
+// A month is some 90 kB; anything far larger is not a timetable and must not fill the memory.
+constexpr size_t maximumBodySize = 16 * 1024 * 1024;
+
+// ---- Decoding: the body's shape, with the JSON types the service declares ----
+
+[[noreturn]] void typeMismatch(const json &value, const char *expected)
+{
+    throw json::type_error::create(302, std::string("type must be ") + expected + ", but is " + value.type_name(), &value);
+}
+
+const std::string &stringValue(const json &value)
+{
+    if (!value.is_string())
+        typeMismatch(value, "string");
+    return value.get_ref<const std::string &>();
+}
+
+int64_t integerValue(const json &value)
+{
+    if (!value.is_number_integer())
+        typeMismatch(value, "integer");
+    if (value.is_number_unsigned() && value.get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max()))
+        typeMismatch(value, "a 64-bit integer");
+    return value.get<int64_t>();
+}
+
+const json &arrayValue(const json &value)
+{
+    if (!value.is_array())
+        typeMismatch(value, "array");
+    return value;
+}
+
+struct WirePart {
+    const std::string *day;
+    int64_t month;
+    const std::string *year;
+};
+
+struct WireEntry {
+    const json *timings;
+    WirePart gregorian;
+    WirePart hijri;
+};
+
+WirePart decodePart(const json &part)
+{
+    return {&stringValue(part.at("day")), integerValue(part.at("month").at("number")), &stringValue(part.at("year"))};
+}
+
+WireEntry decodeEntry(const json &entry)
+{
+    const json &timings = entry.at("timings");
+    if (!timings.is_object())
+        typeMismatch(timings, "object");
+    // Every timing is text, including those that are never read.
+    for (const json &value : timings)
+        stringValue(value);
+    const json &date = entry.at("date");
+    return {&timings, decodePart(date.at("gregorian")), decodePart(date.at("hijri"))};
+}
+
+// ---- Reading the texts ----
+
+// An optional sign and ASCII digits, nothing else, within 64 bits.
+std::optional<int64_t> decimalInteger(std::string_view text)
+{
+    const size_t digits = (!text.empty() && (text[0] == '+' || text[0] == '-')) ? 1 : 0;
+    if (digits == text.size())
+        return std::nullopt;
+    for (size_t i = digits; i < text.size(); ++i) {
+        if (text[i] < '0' || text[i] > '9')
+            return std::nullopt;
+    }
+    // from_chars takes "-" but not "+".
+    const std::string_view number = text[0] == '+' ? text.substr(1) : text;
+    int64_t value = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (error != std::errc() || end != number.data() + number.size())
+        return std::nullopt;
+    return value;
+}
+
+// The first `count` user-perceived characters. Plain ASCII (the service's own form) is one
+// character per byte, unless a CR pairs with the LF after it.
+std::string firstCharacters(std::string_view text, int32_t count)
+{
+    const size_t probe = std::min(text.size(), static_cast<size_t>(count) + 1);
+    bool plain = true;
+    for (size_t i = 0; i < probe && plain; ++i)
+        plain = static_cast<unsigned char>(text[i]) < 0x80 && text[i] != '\r';
+    if (plain)
+        return std::string(text.substr(0, static_cast<size_t>(count)));
+
+    const auto unicode = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> breaks(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    int32_t end = 0;
+    if (U_SUCCESS(status)) {
+        breaks->setText(unicode);
+        for (int32_t i = 0; i < count; ++i) {
+            const int32_t next = breaks->next();
+            if (next == icu::BreakIterator::DONE)
+                break;
+            end = next;
+        }
+    } else {
+        end = unicode.moveIndex32(0, count);
+    }
+    std::string out;
+    unicode.tempSubString(0, end).toUTF8String(out);
+    return out;
+}
+
+// Minutes after midnight of a timing such as "05:12 (+03)"; the zone suffix is cut off with
+// everything else past the fifth character.
+std::optional<int64_t> clockMinutes(std::string_view timing)
+{
+    const std::string head = firstCharacters(timing, 5);
+    std::array<std::string_view, 2> pieces;
+    size_t pieceCount = 0;
+    const std::string_view text(head);
+    size_t start = 0;
+    while (start <= text.size()) {
+        const size_t colon = std::min(text.find(':', start), text.size());
+        if (colon > start) {
+            if (pieceCount == pieces.size())
+                return std::nullopt;
+            pieces[pieceCount++] = text.substr(start, colon - start);
+        }
+        start = colon + 1;
+    }
+    if (pieceCount != 2)
+        return std::nullopt;
+    const auto hours = decimalInteger(pieces[0]);
+    const auto minutes = decimalInteger(pieces[1]);
+    if (!hours || !minutes)
+        return std::nullopt;
+    return *hours * 60 + *minutes;
+}
+
+// The same wall-clock time one calendar day later.
+Instant nextCalendarDay(Instant instant, const TimeZone &zone)
+{
+    const double local = instant.unixSeconds() + zone.offsetSeconds(instant) + 86400;
+    return Instant::fromUnix(local - zone.offsetSecondsAtLocal(local));
+}
+
+DayTimes readDay(const WireEntry &entry, const TimeZone &zone)
+{
+    const auto day = decimalInteger(*entry.gregorian.day);
+    const auto year = decimalInteger(*entry.gregorian.year);
+    if (!day || !year)
+        throw AladhanClient::ClientError::badPayload();
+    const int64_t month = entry.gregorian.month;
+    // Calendar arithmetic takes real dates only.
+    if (*year < 1 || *year > 9999 || month < 1 || month > 12 || *day < 1 || *day > Calendars::daysInMonth(*year, month))
+        throw AladhanClient::ClientError::badPayload();
+
+    DayTimes result;
+    result.day = {*year, month, *day};
+    const Instant start = result.day.start(zone);
+    for (size_t i = 0; i < timingKeys.size(); ++i) {
+        const auto found = entry.timings->find(timingKeys[i]);
+        if (found == entry.timings->end())
+            throw AladhanClient::ClientError::badPayload();
+        const auto minutes = clockMinutes(found->get_ref<const std::string &>());
+        if (!minutes)
+            throw AladhanClient::ClientError::badPayload();
+        Instant time = start + static_cast<double>(*minutes) * 60;
+        // A night time past midnight belongs to the next morning.
+        if (i > 0 && time < result.times[i - 1])
+            time = nextCalendarDay(time, zone);
+        result.times[i] = time;
+    }
+
+    const auto hijriDay = decimalInteger(*entry.hijri.day);
+    const auto hijriYear = decimalInteger(*entry.hijri.year);
+    if (hijriDay && hijriYear)
+        result.hijri = HijriDate{*hijriDay, entry.hijri.month, *hijriYear};
+    return result;
+}
+
+// ---- Transport ----
+
+void initialiseCurl()
+{
+    static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
+    if (initialised != CURLE_OK)
+        throw AladhanClient::TransportError(curl_easy_strerror(initialised));
+}
+
+struct Transfer {
+    CURL *handle = nullptr;
+    std::string body;
+    bool refused = false;  // a status other than 200: its body is not wanted
+    bool oversized = false;
+};
+
+size_t receive(char *data, size_t size, size_t count, void *context)
+{
+    auto *transfer = static_cast<Transfer *>(context);
+    long status = 0;
+    curl_easy_getinfo(transfer->handle, CURLINFO_RESPONSE_CODE, &status);
+    if (status != 200) {
+        transfer->refused = true;
+        return 0;
+    }
+    const size_t bytes = size * count;
+    if (transfer->body.size() + bytes > maximumBodySize) {
+        transfer->oversized = true;
+        return 0;
+    }
+    transfer->body.append(data, bytes);
+    return bytes;
+}
+
+std::string fixedDecimals(double value)
+{
+    // to_chars ignores the process locale: always a point, never a comma.
+    std::array<char, 64> text{};
+    const auto result = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 4);
+    return std::string(text.data(), result.ptr);
+}
+
+std::string queryValue(std::string_view text)
+{
+    static constexpr char hex[] = "0123456789ABCDEF";
+    std::string out;
+    out.reserve(text.size());
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool keep = (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9')
+            || c == '-' || c == '.' || c == '_' || c == '~' || c == '/';
+        if (keep) {
+            out += c;
+        } else {
+            out += '%';
+            out += hex[byte >> 4];
+            out += hex[byte & 0x0F];
+        }
+    }
+    return out;
+}
+
+std::string fetchBody(const std::string &url, std::chrono::milliseconds timeout)
+{
+    initialiseCurl();
+    const std::unique_ptr<CURL, void (*)(CURL *)> handle(curl_easy_init(), curl_easy_cleanup);
+    if (!handle)
+        throw AladhanClient::TransportError(curl_easy_strerror(CURLE_FAILED_INIT));
+    CURL *const curl = handle.get();
+
+    Transfer transfer;
+    transfer.handle = curl;
+    std::array<char, CURL_ERROR_SIZE> error{};
+    const long milliseconds = std::max<long>(1, static_cast<long>(timeout.count()));
+    static const std::string userAgent = std::string("Orvel/") + ORVEL_VERSION;
+
+    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error.data());
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(curl, CURLOPT_MAXREDIRS, 10L);
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, milliseconds);
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, milliseconds);
+    curl_easy_setopt(curl, CURLOPT_USERAGENT, userAgent.c_str());
+    curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, receive);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &transfer);
+
+    const CURLcode result = curl_easy_perform(curl);
+    long status = 0;
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    if (transfer.refused || (result == CURLE_OK && status != 200))
+        throw AladhanClient::ClientError::badStatus(status);
+    if (transfer.oversized)
+        throw AladhanClient::TransportError("Sunucunun yanıtı beklenenden çok büyük");
+    if (result != CURLE_OK)
+        throw AladhanClient::TransportError(error[0] != '\0' ? error.data() : curl_easy_strerror(result));
+    return std::move(transfer.body);
+}
+
+} // namespace
+
+AladhanClient::ClientError::ClientError(Kind kind, long status, const std::string &what)
+    : std::runtime_error(what)
+    , kind_(kind)
+    , status_(status)
+{
+}
+
+AladhanClient::ClientError AladhanClient::ClientError::badStatus(long status)
+{
+    return ClientError(Kind::badStatus, status, "Sunucu " + std::to_string(status) + " durum koduyla yanıt verdi");
+}
+
+AladhanClient::ClientError AladhanClient::ClientError::badPayload()
+{
+    return ClientError(Kind::badPayload, 0, "Sunucunun yanıtındaki vakitler okunamadı");
+}
+
+AladhanClient::AladhanClient(std::string baseURL, std::chrono::milliseconds timeout)
+    : baseURL_(std::move(baseURL))
+    , timeout_(timeout)
+{
+}
+
+std::string AladhanClient::requestURL(MonthKey month, const Location &location, CalculationMethod method) const
+{
+    std::string_view base(baseURL_);
+    while (!base.empty() && base.back() == '/')
+        base.remove_suffix(1);
+    std::string url(base);
+    url += "/calendar/" + std::to_string(month.year) + "/" + std::to_string(month.month);
+    url += "?latitude=" + fixedDecimals(location.latitude);
+    url += "&longitude=" + fixedDecimals(location.longitude);
+    url += "&method=" + std::to_string(method.aladhanID());
+    url += "&timezonestring=" + queryValue(location.timeZoneID);
+    return url;
+}
+
+std::vector<DayTimes> AladhanClient::month(MonthKey month, const Location &location, CalculationMethod method) const
+{
+    const std::string body = fetchBody(requestURL(month, location, method), timeout_);
+    return parse(body, location.timeZone());
+}
+
+std::vector<DayTimes> AladhanClient::parse(std::string_view body, const TimeZone &zone)
+{
+    const json document = json::parse(body);
+    const int64_t code = integerValue(document.at("code"));
+    const json &data = arrayValue(document.at("data"));
+    std::vector<WireEntry> entries;
+    entries.reserve(data.size());
+    for (const json &entry : data)
+        entries.push_back(decodeEntry(entry));
+
+    if (code != 200)
+        throw ClientError::badStatus(static_cast<long>(code));
+
+    std::vector<DayTimes> days;
+    days.reserve(entries.size());
+    for (const WireEntry &entry : entries)
+        days.push_back(readDay(entry, zone));
+    return days;
+}
+
+} // namespace orvel
