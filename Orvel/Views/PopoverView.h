@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Colors.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+namespace orvel {
+
+class AppModel;
+class HeroCard;
+class KerahatBanner;
+class PlayingBanner;
+class PrayerList;
+class Spinner;
+class SymbolButton;
+class TightLabel;
+
+// The panel's content: the place and date, a banner while the entry sound plays, a banner
+// while a kerahat interval runs, the hero card, the day's list and a footer with the source of
+// the times, Settings and Quit. Until a day is loaded a spinner stands in for the day's views.
+// It reads the model and follows its changes; it keeps nothing of its own.
+class PopoverView : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int panelWidth = 330;
+    static constexpr int padding = 14;
+    static constexpr int spinnerHeight = 320;
+
+    PopoverView(AppModel &model, std::function<void()> openImsakiye, std::function<void()> openSettings,
+                std::function<void()> quit, QWidget *parent = nullptr);
+
+    // Brings every part up to date with the model; parts whose content is unchanged do not repaint.
+    void refresh();
+
+    TightLabel *placeLabel() const { return place_; }
+    TightLabel *dateLabel() const { return date_; }
+    TightLabel *ramadanLabel() const { return ramadan_; }
+    SymbolButton *imsakiyeButton() const { return imsakiye_; }
+    SymbolButton *reloadButton() const { return reload_; }
+    PlayingBanner *playingBanner() const { return playing_; }
+    KerahatBanner *kerahatBanner() const { return kerahatBanner_; }
+    HeroCard *heroCard() const { return hero_; }
+    PrayerList *prayerList() const { return list_; }
+    Spinner *spinner() const { return spinner_; }
+    TightLabel *sourceLabel() const { return source_; }
+    SymbolButton *settingsButton() const { return settings_; }
+    SymbolButton *quitButton() const { return quit_; }
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    QWidget *makeHeader();
+    QWidget *makeFooter();
+    void refreshHeader(Appearance appearance);
+    void refreshDay();
+    void refreshFooter(Appearance appearance);
+    void applyAppearance(Appearance appearance);
+
+    AppModel &model_;
+    TightLabel *place_ = nullptr;
+    TightLabel *date_ = nullptr;
+    TightLabel *ramadan_ = nullptr;
+    SymbolButton *imsakiye_ = nullptr;
+    SymbolButton *reload_ = nullptr;
+    PlayingBanner *playing_ = nullptr;
+    QWidget *playingGap_ = nullptr;
+    KerahatBanner *kerahatBanner_ = nullptr;
+    QWidget *kerahatGap_ = nullptr;
+    HeroCard *hero_ = nullptr;
+    QWidget *listGap_ = nullptr;
+    PrayerList *list_ = nullptr;
+    Spinner *spinner_ = nullptr;
+    QWidget *divider_ = nullptr;
+    TightLabel *source_ = nullptr;
+    SymbolButton *settings_ = nullptr;
+    SymbolButton *quit_ = nullptr;
+    std::optional<Appearance> appearance_;
+};
+
+} // namespace orvel
