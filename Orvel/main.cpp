@@ -1,4 +1,6 @@
-int main()
+#include "Entry.h"
+
+int main(int argc, char **argv)
 {
-    return 0;
+    return orvel::Entry::main(argc, argv);
 }

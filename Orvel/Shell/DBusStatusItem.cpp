@@ -1,0 +1,147 @@
+#include "DBusStatusItem.h"
+
+#include "AppModel.h"
+#include "DBusMenu.h"
+#include "StatusNotifierItem.h"
+#include "StatusText.h"
+
+#include <QCoreApplication>
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusServiceWatcher>
+#include <QMenu>
+
+#include <array>
+
+namespace orvel {
+
+namespace {
+
+constexpr auto watcherPath = "/StatusNotifierWatcher";
+constexpr auto watcherInterface = "org.kde.StatusNotifierWatcher";
+constexpr std::array<int, 3> iconSizes{22, 32, 44};
+
+// The widest text of the style, so that panels keep the item's width from minute to minute.
+QString labelGuide(MenuBarStyle style)
+{
+    switch (style) {
+    case MenuBarStyle::nameAndRemaining:
+        return QStringLiteral("İkindi 10:00");
+    case MenuBarStyle::remaining:
+        return QStringLiteral("10:00");
+    case MenuBarStyle::nameAndTime:
+        return QStringLiteral("İkindi 00:00");
+    case MenuBarStyle::iconOnly:
+        break;
+    }
+    return {};
+}
+
+QString nextServiceName()
+{
+    static int count = 0;
+    return QStringLiteral("org.kde.StatusNotifierItem-%1-%2").arg(QCoreApplication::applicationPid()).arg(++count);
+}
+
+} // namespace
+
+DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
+    : StatusItem(parent)
+    , connection_(std::move(connection))
+    , serviceName_(nextServiceName())
+    , item_(new StatusNotifierItem(this))
+    , menu_(new DBusMenu(this))
+    , watcher_(new QDBusServiceWatcher(QString::fromLatin1(watcherService), connection_,
+                                       QDBusServiceWatcher::WatchForRegistration, this))
+{
+    connect(item_, &StatusNotifierItem::activateRequested, this, &StatusItem::activated);
+    connect(item_, &StatusNotifierItem::contextMenuRequested, this, [this](QPoint position) {
+        if (contextMenu_)
+            contextMenu_->popup(position);
+    });
+    // A panel that starts (or restarts) after Orvel gets the item again.
+    connect(watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        if (shown_)
+            registerWithWatcher();
+    });
+}
+
+DBusStatusItem::~DBusStatusItem()
+{
+    if (!shown_)
+        return;
+    connection_.unregisterObject(QString::fromLatin1(StatusNotifierItem::objectPath));
+    connection_.unregisterObject(QString::fromLatin1(StatusNotifierItem::menuPath));
+    connection_.unregisterService(serviceName_);
+}
+
+bool DBusStatusItem::watcherPresent(const QDBusConnection &connection)
+{
+    const QDBusConnectionInterface *bus = connection.interface();
+    return connection.isConnected() && bus && bus->isServiceRegistered(QString::fromLatin1(watcherService)).value();
+}
+
+bool DBusStatusItem::isAvailable() const
+{
+    if (!watcherPresent(connection_))
+        return false;
+    QDBusInterface watcher(QString::fromLatin1(watcherService), QString::fromLatin1(watcherPath),
+                           QString::fromLatin1(watcherInterface), connection_);
+    return watcher.property("IsStatusNotifierHostRegistered").toBool();
+}
+
+void DBusStatusItem::show()
+{
+    if (shown_)
+        return;
+    shown_ = true;
+    connection_.registerService(serviceName_);
+    const auto exported = QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties;
+    connection_.registerObject(QString::fromLatin1(StatusNotifierItem::objectPath), item_, exported);
+    connection_.registerObject(QString::fromLatin1(StatusNotifierItem::menuPath), menu_, exported);
+    registerWithWatcher();
+}
+
+void DBusStatusItem::registerWithWatcher()
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(QString::fromLatin1(watcherService),
+                                                       QString::fromLatin1(watcherPath),
+                                                       QString::fromLatin1(watcherInterface),
+                                                       QStringLiteral("RegisterStatusNotifierItem"));
+    call << serviceName_;
+    connection_.asyncCall(call);
+}
+
+void DBusStatusItem::update(const AppModel &model)
+{
+    const Picture picture{TrayPicture::state(model), Colors::current()};
+    if (picture != picture_) {
+        SniPixmaps pixmaps;
+        for (const int size : iconSizes)
+            pixmaps << SniPixmap::from(TrayPicture::image(picture.state, picture.appearance, size));
+        item_->setPixmaps(pixmaps);
+        picture_ = picture;
+        ++redrawCount_;
+    }
+    item_->setToolTipText(model.accessibilityLabel());
+    item_->setLabel(labelText(model), labelGuide(model.menuBarStyle()));
+}
+
+void DBusStatusItem::setMenu(QMenu *menu)
+{
+    contextMenu_ = menu;
+    menu_->setMenu(menu);
+}
+
+QString DBusStatusItem::labelText(const AppModel &model)
+{
+    const std::optional<PrayerStatus> status = model.status();
+    if (!status)
+        return {};
+    if (const auto announcement = StatusText::entryAnnouncement(*status, model.now(), model.isRamadanToday()))
+        return QString::fromStdString(*announcement);
+    const auto title = StatusText::title(model.menuBarStyle(), *status, model.nextIsRamadan(), model.zone());
+    return title ? QString::fromStdString(*title) : QString();
+}
+
+} // namespace orvel

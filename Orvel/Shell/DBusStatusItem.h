@@ -1,0 +1,66 @@
+#pragma once
+
+#include "StatusItem.h"
+#include "TrayPicture.h"
+
+#include <QDBusConnection>
+#include <QString>
+
+#include <optional>
+
+class QDBusServiceWatcher;
+
+namespace orvel {
+
+class DBusMenu;
+class StatusNotifierItem;
+
+// The status item as a StatusNotifierItem of its own: the square picture, the title text beside
+// it (shown by panels that read the Ayatana label), the spoken label as tooltip, and the menu
+// exported for the panel to draw.
+class DBusStatusItem : public StatusItem {
+    Q_OBJECT
+
+public:
+    static constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
+
+    explicit DBusStatusItem(QDBusConnection connection, QObject *parent = nullptr);
+    ~DBusStatusItem() override;
+
+    // A panel on this bus collects status notifier items.
+    static bool watcherPresent(const QDBusConnection &connection);
+
+    bool isAvailable() const override;
+    void show() override;
+    void update(const AppModel &model) override;
+    void setMenu(QMenu *menu) override;
+    QRect geometry() const override { return {}; }
+
+    const QString &serviceName() const { return serviceName_; }
+    const StatusNotifierItem &item() const { return *item_; }
+    int redrawCount() const { return redrawCount_; }
+
+    // The text beside the crescent: the entry announcement, else the title of the chosen style.
+    static QString labelText(const AppModel &model);
+
+private:
+    struct Picture {
+        TrayPicture::State state;
+        Appearance appearance;
+        bool operator==(const Picture &) const = default;
+    };
+
+    void registerWithWatcher();
+
+    QDBusConnection connection_;
+    QString serviceName_;
+    StatusNotifierItem *item_;
+    DBusMenu *menu_;
+    QMenu *contextMenu_ = nullptr;
+    QDBusServiceWatcher *watcher_;
+    bool shown_ = false;
+    std::optional<Picture> picture_;
+    int redrawCount_ = 0;
+};
+
+} // namespace orvel

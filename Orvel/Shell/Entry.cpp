@@ -1,0 +1,104 @@
+#include "Entry.h"
+
+#include "AppModel.h"
+#include "OrvelApp.h"
+#include "SingleInstance.h"
+#include "Snapshot.h"
+#include "StatusItem.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+namespace orvel::Entry {
+
+namespace {
+
+constexpr auto usage =
+    "Kullanım: orvel [--snapshot KLASÖR [--now YYYY-AA-GGTSS:DD] [--uskudar]]\n"
+    "\n"
+    "Seçenek verilmezse Orvel panelde simgesiyle açılır; zaten açıksa paneli öne getirir.\n"
+    "\n"
+    "  --snapshot KLASÖR  Görünümleri açık ve koyu görünümde PNG olarak KLASÖR'e yazar,\n"
+    "                     verinin özetini yazdırır ve çıkar. Resimler 2x piksel yoğunluğundadır:\n"
+    "                     330 noktalık panel 660 piksel genişliğindedir.\n"
+    "  --now ZAMAN        Saati İstanbul saatiyle bu ana sabitler (örn. 2026-03-10T12:30).\n"
+    "  --uskudar          İstanbul, Üsküdar konumunu kullanır.\n"
+    "  --help             Bu yardımı gösterir.\n"
+    "  --version          Sürümü gösterir.\n";
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+// Without a window system the views are still drawn, on Qt's off-screen platform.
+void prepareSnapshotPlatform()
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+void describeApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Orvel"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Orvel"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORVEL_VERSION));
+}
+
+int runApplication(int argc, char **argv)
+{
+    describeApplication();
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+
+    SingleInstance instance(SingleInstance::defaultServerName());
+    if (instance.claim() == SingleInstance::Claim::alreadyRunning)
+        return 0;
+
+    OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
+    QObject::connect(&instance, &SingleInstance::showRequested, &app, &OrvelApp::showPanel);
+    app.start();
+    return application.exec();
+}
+
+int runSnapshot(int argc, char **argv, const QString &folder, const QStringList &arguments)
+{
+    prepareSnapshotPlatform();
+    describeApplication();
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+    return Snapshot::run(folder, arguments);
+}
+
+} // namespace
+
+std::optional<QString> snapshotFolder(const QStringList &arguments)
+{
+    const qsizetype index = arguments.indexOf(QStringLiteral("--snapshot"));
+    if (index < 0 || index + 1 >= arguments.size())
+        return std::nullopt;
+    return arguments.at(index + 1);
+}
+
+int main(int argc, char **argv)
+{
+    const QStringList arguments = argumentsOf(argc, argv);
+    if (const auto folder = snapshotFolder(arguments))
+        return runSnapshot(argc, argv, *folder, arguments);
+    if (arguments.contains(QStringLiteral("--help")) || arguments.contains(QStringLiteral("-h"))) {
+        std::fputs(usage, stdout);
+        return 0;
+    }
+    if (arguments.contains(QStringLiteral("--version"))) {
+        std::printf("orvel %s\n", ORVEL_VERSION);
+        return 0;
+    }
+    return runApplication(argc, argv);
+}
+
+} // namespace orvel::Entry

@@ -1,0 +1,87 @@
+#include "OrvelApp.h"
+
+#include "AppModel.h"
+#include "Panel.h"
+#include "PopoverView.h"
+#include "StatusItem.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QMenu>
+
+namespace orvel {
+
+OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> statusItem, QObject *parent)
+    : QObject(parent)
+    , model_(std::move(model))
+    , statusItem_(std::move(statusItem))
+    , menu_(std::make_unique<QMenu>())
+    , panel_(std::make_unique<Panel>())
+{
+    windows_.setFactory(QString::fromLatin1(Windows::imsakiye),
+                        [] { return Windows::placeholder(QStringLiteral("İmsakiye")); });
+    windows_.setFactory(QString::fromLatin1(Windows::settings),
+                        [] { return Windows::placeholder(QStringLiteral("Ayarlar")); });
+
+    panel_->setContent(new PopoverView(
+        *model_, [this] { openImsakiye(); }, [this] { openSettings(); }, [] { QCoreApplication::quit(); }));
+
+    menu_->addAction(QStringLiteral("İmsakiye"), this, &OrvelApp::openImsakiye);
+    menu_->addAction(QStringLiteral("Ayarlar…"), this, &OrvelApp::openSettings);
+    menu_->addSeparator();
+    menu_->addAction(QStringLiteral("Çık"), qApp, &QCoreApplication::quit);
+    statusItem_->setMenu(menu_.get());
+
+    connect(statusItem_.get(), &StatusItem::activated, this,
+            [this](QPoint position) { panel_->toggle(anchor(position)); });
+    connect(model_.get(), &AppModel::changed, this, [this] { statusItem_->update(*model_); });
+    // The tray picture follows the desktop's light or dark look.
+    qApp->installEventFilter(this);
+    statusItem_->update(*model_);
+}
+
+OrvelApp::~OrvelApp()
+{
+    qApp->removeEventFilter(this);
+}
+
+void OrvelApp::start()
+{
+    statusItem_->show();
+    if (statusItem_->isAvailable())
+        return;
+    panel_->setMode(Panel::Mode::window);
+    panel_->showAt(anchor(QPoint()));
+}
+
+void OrvelApp::showPanel()
+{
+    panel_->present(anchor(QPoint()));
+}
+
+void OrvelApp::openImsakiye()
+{
+    windows_.open(QString::fromLatin1(Windows::imsakiye));
+}
+
+void OrvelApp::openSettings()
+{
+    windows_.open(QString::fromLatin1(Windows::settings));
+}
+
+QRect OrvelApp::anchor(QPoint position) const
+{
+    const QRect item = statusItem_->geometry();
+    if (item.isValid() && !item.isEmpty())
+        return item;
+    return QRect(position.isNull() ? QCursor::pos() : position, QSize(1, 1));
+}
+
+bool OrvelApp::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
+        statusItem_->update(*model_);
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace orvel

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Windows.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+
+#include <memory>
+
+class QMenu;
+
+namespace orvel {
+
+class AppModel;
+class Panel;
+class StatusItem;
+
+// The running application: the one model, the status item with its menu, the panel that shows
+// the popover, and the windows opened from it. There is no main window.
+class OrvelApp : public QObject {
+    Q_OBJECT
+
+public:
+    OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> statusItem, QObject *parent = nullptr);
+    ~OrvelApp() override;
+
+    AppModel &model() const { return *model_; }
+    StatusItem &statusItem() const { return *statusItem_; }
+    Panel &panel() const { return *panel_; }
+    Windows &windows() { return windows_; }
+    QMenu &menu() const { return *menu_; }
+
+    // Puts the item in the panel; where the desktop has none, opens the panel as a window.
+    void start();
+    // Brings the panel forward (a second start asked for it).
+    void showPanel();
+    void openImsakiye();
+    void openSettings();
+
+private:
+    QRect anchor(QPoint position) const;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    std::unique_ptr<AppModel> model_;
+    std::unique_ptr<StatusItem> statusItem_;
+    std::unique_ptr<QMenu> menu_;
+    std::unique_ptr<Panel> panel_;
+    Windows windows_;
+};
+
+} // namespace orvel

@@ -1,0 +1,159 @@
+#include "Panel.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace orvel {
+
+namespace {
+
+constexpr int anchorGap = 4;
+constexpr int reopenGuardMs = 300;
+
+QRect availableGeometry(const QRect &anchor)
+{
+    QScreen *screen = QGuiApplication::screenAt(anchor.center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    return screen ? screen->availableGeometry() : QRect();
+}
+
+} // namespace
+
+Panel::Panel(QWidget *parent)
+    : QWidget(parent)
+{
+    setWindowTitle(QStringLiteral("Orvel"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(1, 1, 1, 1);
+    layout->setSpacing(0);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    setAutoFillBackground(true);
+
+    applyMode();
+}
+
+void Panel::setContent(QWidget *content)
+{
+    if (content_ == content)
+        return;
+    delete content_;
+    content_ = content;
+    if (content_)
+        layout()->addWidget(content_);
+}
+
+void Panel::setMode(Mode mode)
+{
+    if (mode_ == mode)
+        return;
+    mode_ = mode;
+    applyMode();
+}
+
+void Panel::applyMode()
+{
+    const bool wasVisible = isVisible();
+    if (mode_ == Mode::popup)
+        setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    else
+        setWindowFlags(Qt::Window);
+    layout()->setContentsMargins(mode_ == Mode::popup ? QMargins(1, 1, 1, 1) : QMargins());
+    if (wasVisible)
+        show();
+}
+
+void Panel::toggle(const QRect &anchor)
+{
+    if (isVisible()) {
+        dismiss();
+        return;
+    }
+    if (closedByFocusLoss_.isValid() && closedByFocusLoss_.elapsed() < reopenGuardMs)
+        return;
+    showAt(anchor);
+}
+
+void Panel::showAt(const QRect &anchor)
+{
+    adjustSize();
+    if (mode_ == Mode::popup || !placedOnce_) {
+        const QRect available = availableGeometry(anchor);
+        if (mode_ == Mode::popup)
+            move(placement(size(), anchor, available));
+        else
+            move(available.center() - QPoint(width() / 2, height() / 2));
+        placedOnce_ = true;
+    }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void Panel::present(const QRect &anchor)
+{
+    if (!isVisible()) {
+        showAt(anchor);
+        return;
+    }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
+void Panel::dismiss()
+{
+    dismissing_ = true;
+    hide();
+    dismissing_ = false;
+}
+
+QPoint Panel::placement(const QSize &size, const QRect &anchor, const QRect &available)
+{
+    const bool below = anchor.center().y() < available.center().y();
+    int x = anchor.center().x() - size.width() / 2;
+    int y = below ? anchor.bottom() + 1 + anchorGap : anchor.top() - anchorGap - size.height();
+    x = std::clamp(x, available.left(), std::max(available.left(), available.right() + 1 - size.width()));
+    y = std::clamp(y, available.top(), std::max(available.top(), available.bottom() + 1 - size.height()));
+    return {x, y};
+}
+
+bool Panel::event(QEvent *event)
+{
+    // Hiding the active window deactivates it too; only a loss of focus from outside counts.
+    if (event->type() == QEvent::WindowDeactivate && mode_ == Mode::popup && isVisible() && !dismissing_) {
+        dismiss();
+        closedByFocusLoss_.start();
+    }
+    return QWidget::event(event);
+}
+
+void Panel::keyPressEvent(QKeyEvent *event)
+{
+    if (mode_ == Mode::popup && event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        dismiss();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void Panel::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    if (mode_ != Mode::popup)
+        return;
+    // Without a frame the panel needs an edge of its own against windows of the same colour.
+    QPainter painter(this);
+    QColor edge = palette().color(QPalette::WindowText);
+    edge.setAlphaF(0.18);
+    painter.setPen(edge);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+} // namespace orvel

@@ -1,0 +1,235 @@
+#include "Snapshot.h"
+
+#include "AladhanClient.h"
+#include "AppModel.h"
+#include "Defaults.h"
+#include "OrvelFormat.h"
+#include "PopoverView.h"
+#include "PrayerRepository.h"
+#include "StatusImage.h"
+#include "TimeZone.h"
+#include "ViewStyle.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QEventLoop>
+#include <QHBoxLayout>
+#include <QImage>
+#include <QLabel>
+#include <QSettings>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <array>
+#include <cstdio>
+
+namespace orvel::Snapshot {
+
+namespace {
+
+constexpr auto istanbulZone = "Europe/Istanbul";
+constexpr std::array<Appearance, 2> appearances{Appearance::light, Appearance::dark};
+
+QString appearanceName(Appearance appearance)
+{
+    return appearance == Appearance::dark ? QStringLiteral("dark") : QStringLiteral("light");
+}
+
+QString fromStd(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+void printLine(const QString &line)
+{
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
+    std::fflush(stdout);
+}
+
+void pump(double seconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void waitForLoad(AppModel &model)
+{
+    if (!model.isLoading())
+        return;
+    QEventLoop loop;
+    QObject::connect(&model, &AppModel::loadFinished, &loop, &QEventLoop::quit);
+    QObject::connect(&model, &AppModel::isLoadingChanged, &loop, [&] {
+        if (!model.isLoading())
+            loop.quit();
+    });
+    QTimer::singleShot(loadBoundMs, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// The user's settings are neither read nor changed: every run starts from the defaults.
+void useSnapshotStore()
+{
+    auto store = std::make_unique<QSettings>(QStringLiteral("Orvel"), QStringLiteral("orvel.snapshot"));
+    store->clear();
+    store->sync();
+    Defaults::setStore(std::move(store));
+}
+
+AppModel::Services services(const QStringList &arguments)
+{
+    AppModel::Services services;
+    // A hidden option for tests: another web service (or a dead one) in place of Aladhan.
+    if (const auto url = optionValue(arguments, QStringLiteral("--service")))
+        services.repository = std::make_shared<PrayerRepository>(PrayerRepository::defaultCacheDirectory(),
+                                                                 AladhanClient(url->toStdString()));
+    return services;
+}
+
+void addRow(QVBoxLayout &column, const QString &title, const StatusImage::Image &image, Appearance appearance)
+{
+    auto *row = new QHBoxLayout;
+    row->setSpacing(8);
+    auto *label = new QLabel(title);
+    label->setFixedWidth(100);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, ViewStyle::secondary(appearance));
+    label->setPalette(palette);
+    row->addWidget(label);
+
+    // Template images take the colour of the text so that they show on either background.
+    const StatusImage::Image shown = image.isTemplate ? image.tinted(ViewStyle::primary(appearance)) : image;
+    auto *picture = new QLabel;
+    picture->setPixmap(QPixmap::fromImage(shown.image));
+    row->addWidget(picture);
+    row->addStretch(1);
+    column.addLayout(row);
+}
+
+void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder)
+{
+    Colors::forceAppearance(appearance);
+    const QString name = appearanceName(appearance);
+
+    PopoverView popover(model, [] {}, [] {}, [] {}, nullptr);
+    write(popover, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("popover-%1.png").arg(name)));
+
+    const std::unique_ptr<QWidget> menuBar = labels(model, appearance);
+    write(*menuBar, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("menubar-%1.png").arg(name)));
+}
+
+} // namespace
+
+std::optional<QString> optionValue(const QStringList &arguments, const QString &option)
+{
+    const qsizetype index = arguments.indexOf(option);
+    if (index < 0 || index + 1 >= arguments.size())
+        return std::nullopt;
+    return arguments.at(index + 1);
+}
+
+std::optional<Instant> parseNow(const QString &value)
+{
+    // Read field by field: the machine's own zone must play no part, not even in validation.
+    const QStringList parts = value.split(u'T');
+    if (parts.size() != 2)
+        return std::nullopt;
+    const QDate date = QDate::fromString(parts.at(0), QStringLiteral("yyyy-MM-dd"));
+    const QTime time = QTime::fromString(parts.at(1), QStringLiteral("HH:mm"));
+    if (!date.isValid() || !time.isValid())
+        return std::nullopt;
+    // The wall-clock reading as if it were UTC, then moved by Istanbul's offset at that reading.
+    const double localSeconds = static_cast<double>(QDateTime(date, time, Qt::UTC).toSecsSinceEpoch());
+    const TimeZone zone = TimeZone::named(istanbulZone);
+    return Instant::fromUnix(localSeconds - zone.offsetSecondsAtLocal(localSeconds));
+}
+
+Location uskudar()
+{
+    return Location{"İstanbul, Üsküdar", 41.0255, 29.0153, istanbulZone};
+}
+
+std::unique_ptr<QWidget> labels(AppModel &model, Appearance appearance)
+{
+    auto widget = std::make_unique<QWidget>();
+    widget->setFont(ViewStyle::font(12));
+    auto *column = new QVBoxLayout(widget.get());
+    column->setSpacing(8);
+    column->setContentsMargins(12, 12, 12, 12);
+
+    for (const MenuBarStyle::Value style : MenuBarStyle::allCases)
+        addRow(*column, fromStd(MenuBarStyle(style).label()), model.menuBarImage(style, false, devicePixelRatio),
+               appearance);
+    addRow(*column, QStringLiteral("Kerahat"), model.menuBarImage(MenuBarStyle::nameAndRemaining, true, devicePixelRatio),
+           appearance);
+    addRow(*column, QStringLiteral("Ezan"),
+           StatusImage::make(QStringLiteral("moon"), QStringLiteral("Akşam vakti"), StatusImage::Style::adhan, false,
+                             devicePixelRatio),
+           appearance);
+    return widget;
+}
+
+bool write(QWidget &view, Appearance appearance, double waitSeconds, const QString &path)
+{
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.setAutoFillBackground(true);
+    view.setPalette(ViewStyle::palette(appearance));
+    view.ensurePolished();
+    view.adjustSize();
+    view.show();
+    pump(waitSeconds);
+    view.adjustSize();
+
+    QImage image(view.size() * devicePixelRatio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.fill(ViewStyle::window(appearance));
+    view.render(&image);
+    view.hide();
+    return !image.isNull() && image.save(path, "PNG");
+}
+
+QStringList summary(const AppModel &model)
+{
+    QStringList lines;
+    lines << QStringLiteral("source=%1 location=%2")
+                 .arg(fromStd(rawValue(model.source())), QString::fromStdString(model.location().name));
+    const std::optional<DayTimes> &today = model.today();
+    if (!today)
+        return lines;
+    const TimeZone zone = model.zone();
+    QStringList times;
+    for (const Prayer::Value prayer : Prayer::allCases)
+        times << fromStd(Prayer(prayer).name()) + u' ' + QString::fromStdString(OrvelFormat::time((*today)[prayer], zone));
+    lines << times.join(QStringLiteral("  "));
+    return lines;
+}
+
+int run(const QString &outputDirectory, const QStringList &arguments)
+{
+    useSnapshotStore();
+    const QString nowValue = optionValue(arguments, QStringLiteral("--now")).value_or(QString());
+    AppModel model(parseNow(nowValue), false, services(arguments));
+    if (arguments.contains(QStringLiteral("--uskudar")))
+        model.setLocation(uskudar());
+    else
+        model.reload();
+    // An equal location sets nothing off.
+    if (!model.isLoading() && !model.today())
+        model.reload();
+    waitForLoad(model);
+
+    const QDir folder(outputDirectory);
+    folder.mkpath(QStringLiteral("."));
+    for (const Appearance appearance : appearances)
+        renderAppearance(model, appearance, folder);
+    Colors::forceAppearance(std::nullopt);
+
+    for (const QString &line : summary(model))
+        printLine(line);
+    return 0;
+}
+
+} // namespace orvel::Snapshot

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+
+#include <memory>
+
+class QMenu;
+
+namespace orvel {
+
+class AppModel;
+
+// The application's place in the desktop panel: a picture and a spoken label that follow the
+// model, a click that opens the panel, and a context menu. Each desktop gets its own kind.
+class StatusItem : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // The kind that suits the desktop Orvel runs on.
+    static std::unique_ptr<StatusItem> create(QObject *parent = nullptr);
+
+    // False where the desktop has no place for status items.
+    virtual bool isAvailable() const = 0;
+    virtual void show() = 0;
+    // Redraws from the model; leaves the item alone when neither picture nor label changed.
+    virtual void update(const AppModel &model) = 0;
+    // The menu stays owned by the caller.
+    virtual void setMenu(QMenu *menu) = 0;
+    // Where the item is on screen; an empty rectangle when the host does not say.
+    virtual QRect geometry() const = 0;
+
+signals:
+    // A plain click, at `position` when the host says where, else at a null point.
+    void activated(QPoint position);
+};
+
+} // namespace orvel

@@ -1,0 +1,18 @@
+#include "StatusItem.h"
+
+#include "DBusStatusItem.h"
+#include "TrayStatusItem.h"
+
+namespace orvel {
+
+// Panels that collect status notifier items show Orvel's own, with the title beside the icon;
+// older system trays get Qt's icon.
+std::unique_ptr<StatusItem> StatusItem::create(QObject *parent)
+{
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (DBusStatusItem::watcherPresent(bus))
+        return std::make_unique<DBusStatusItem>(bus, parent);
+    return std::make_unique<TrayStatusItem>(parent);
+}
+
+} // namespace orvel

@@ -1,0 +1,59 @@
+#include "TrayStatusItem.h"
+
+#include "AppModel.h"
+
+#include <QSystemTrayIcon>
+
+namespace orvel {
+
+TrayStatusItem::TrayStatusItem(QObject *parent)
+    : StatusItem(parent)
+    , tray_(new QSystemTrayIcon(this))
+{
+    connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger)
+            emit activated(QPoint());
+    });
+}
+
+TrayStatusItem::~TrayStatusItem() = default;
+
+bool TrayStatusItem::isAvailable() const
+{
+    return QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void TrayStatusItem::show()
+{
+    tray_->show();
+}
+
+void TrayStatusItem::update(const AppModel &model)
+{
+    const Picture picture{TrayPicture::state(model), Colors::current()};
+    if (picture != picture_) {
+        tray_->setIcon(TrayPicture::icon(picture.state, picture.appearance));
+        picture_ = picture;
+        ++redrawCount_;
+    }
+    const QString label = model.accessibilityLabel();
+    if (label != tray_->toolTip())
+        tray_->setToolTip(label);
+}
+
+void TrayStatusItem::setMenu(QMenu *menu)
+{
+    tray_->setContextMenu(menu);
+}
+
+QRect TrayStatusItem::geometry() const
+{
+    return tray_->geometry();
+}
+
+QString TrayStatusItem::toolTip() const
+{
+    return tray_->toolTip();
+}
+
+} // namespace orvel
