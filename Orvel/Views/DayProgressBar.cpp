@@ -52,8 +52,6 @@ DayProgressBar::DayProgressBar(QWidget *parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setFixedHeight(barHeight + 2 * bleed);
-    // Pictures only: the hero card speaks for the whole day.
-    setAccessibleName(QString());
 }
 
 void DayProgressBar::setContent(const Content &content)

@@ -147,7 +147,9 @@ void HeroCard::refresh(const AppModel &model, const PrayerStatus &status, const 
         appearance_ = appearance;
         update();
     }
-    setAccessibleName(model.accessibilityLabel());
+    const QString label = model.accessibilityLabel();
+    if (label != accessibleName())
+        setAccessibleName(label);
 }
 
 void HeroCard::paintEvent(QPaintEvent *)

@@ -55,8 +55,10 @@ void KerahatBanner::refresh(const AppModel &model, const KerahatInterval &interv
                      ViewStyle::secondary(appearance));
     minutes_->setText(QStringLiteral("%1 dk").arg(PopoverRules::bannerMinutesLeft(interval, model.now())),
                       ViewStyle::digitsFont(minutesPoints, QFont::DemiBold), kerahat);
-    setAccessibleName(title_->text() + QStringLiteral(", ") + detail_->text() + QStringLiteral(", ")
-                      + minutes_->text());
+    const QString label =
+        title_->text() + QStringLiteral(", ") + detail_->text() + QStringLiteral(", ") + minutes_->text();
+    if (label != accessibleName())
+        setAccessibleName(label);
     if (appearance != appearance_) {
         appearance_ = appearance;
         update();

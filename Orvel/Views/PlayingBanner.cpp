@@ -40,6 +40,7 @@ PlayingBanner::PlayingBanner(AdhanPlayer &player, QWidget *parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
     stop_->setAccessibleName(QStringLiteral("Durdur"));
+    setAccessibleName(QStringLiteral("Ezan sesi çalıyor"));
     connect(stop_, &QAbstractButton::clicked, &player_, &AdhanPlayer::stop);
     pulse_.setInterval(pulseIntervalMs);
     connect(&pulse_, &QTimer::timeout, this, &PlayingBanner::animate);
@@ -54,7 +55,6 @@ void PlayingBanner::refresh()
     title_->setText(QStringLiteral("Ezan sesi çalıyor"), ViewStyle::font(titlePoints, QFont::DemiBold),
                     ViewStyle::primary(appearance));
     stop_->setContent(QString(), 0, QStringLiteral("Durdur"), ViewStyle::font(buttonPoints, QFont::Medium), accent);
-    setAccessibleName(title_->text());
     if (appearance != appearance_) {
         appearance_ = appearance;
         update();

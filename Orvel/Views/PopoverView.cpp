@@ -256,6 +256,9 @@ void PopoverView::refreshFooter(Appearance appearance)
     else
         source_->setSymbol(item.symbol, footerPoints, secondary);
     source_->setText(item.text, font, secondary);
+    // The offline note may not fit beside the buttons; the whole of it is a hover away.
+    if (source_->toolTip() != item.text)
+        source_->setToolTip(item.text);
 
     settings_->setContent(QStringLiteral("gearshape"), footerPoints, QStringLiteral("Ayarlar…"), font, secondary);
     quit_->setContent(QStringLiteral("power"), footerPoints, QStringLiteral("Çık"), font, secondary);

@@ -13,7 +13,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
+
 #include <QDir>
+#include <QEvent>
 #include <QImage>
 #include <QSignalSpy>
 #include <QTest>
@@ -52,6 +56,29 @@ QStringList listing(const PrayerList &list)
     }
     return names;
 }
+
+// Notes which of a widget and its descendants receive a paint event.
+class PaintWatch : public QObject {
+public:
+    explicit PaintWatch(QWidget &root)
+    {
+        root.installEventFilter(this);
+        for (QWidget *child : root.findChildren<QWidget *>())
+            child->installEventFilter(this);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            painted.insert(watched);
+        return false;
+    }
+    bool any(const std::vector<QWidget *> &widgets) const
+    {
+        return std::any_of(widgets.begin(), widgets.end(), [&](QWidget *widget) { return painted.contains(widget); });
+    }
+
+    std::set<QObject *> painted;
+};
 
 class PopoverViewTest : public ::testing::Test {
 protected:
@@ -237,6 +264,27 @@ TEST_F(PopoverViewTest, ButtonsReachTheModelAndTheActions)
     EXPECT_DOUBLE_EQ(view.reloadButton()->opacity(), 0.4);
     ASSERT_TRUE(finished.wait(loadWaitMs));
     EXPECT_DOUBLE_EQ(view.reloadButton()->opacity(), 1.0);
+}
+
+TEST_F(PopoverViewTest, RepaintsOnlyWhatChanged)
+{
+    std::unique_ptr<AppModel> model = loadedModel(at(2026, 3, 10, 12, 30));
+    PopoverView view(*model, {}, {}, {});
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+    QCoreApplication::processEvents();
+
+    PaintWatch watch(view);
+    model->setSoundVolume(0.3); // nothing on the panel shows it
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(watch.painted.empty());
+
+    model->toggleNotification(Prayer::ikindi);
+    QCoreApplication::processEvents();
+    PrayerRow *ikindi = rowOf(*view.prayerList(), Prayer::ikindi);
+    EXPECT_TRUE(watch.painted.contains(ikindi) || watch.painted.contains(ikindi->bell()));
+    EXPECT_FALSE(watch.any({view.heroCard(), view.heroCard()->progressBar(), rowOf(*view.prayerList(), Prayer::ogle),
+                            view.prayerList()->kerahatRows()[1]}));
 }
 
 TEST_F(PopoverViewTest, OfflineTimesSayWhereTheyCameFrom)
