@@ -10,7 +10,6 @@
 
 #include <QBoxLayout>
 #include <QPainter>
-#include <QPainterPath>
 
 namespace orvel {
 
