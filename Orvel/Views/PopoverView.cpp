@@ -154,9 +154,10 @@ QWidget *PopoverView::makeFooter()
     row->setSpacing(14);
 
     source_ = new TightLabel;
-    source_->setElides(true);
-    source_->setMinimumScale(0.9);
-    source_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    source_->setWraps(true);
+    QSizePolicy sourcePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    sourcePolicy.setHeightForWidth(true);
+    source_->setSizePolicy(sourcePolicy);
     row->addWidget(source_, 1, Qt::AlignVCenter);
 
     settings_ = new SymbolButton;
@@ -256,9 +257,6 @@ void PopoverView::refreshFooter(Appearance appearance)
     else
         source_->setSymbol(item.symbol, footerPoints, secondary);
     source_->setText(item.text, font, secondary);
-    // The offline note may not fit beside the buttons; the whole of it is a hover away.
-    if (source_->toolTip() != item.text)
-        source_->setToolTip(item.text);
 
     settings_->setContent(QStringLiteral("gearshape"), footerPoints, QStringLiteral("Ayarlar…"), font, secondary);
     quit_->setContent(QStringLiteral("power"), footerPoints, QStringLiteral("Çık"), font, secondary);

@@ -70,6 +70,14 @@ void TightLabel::setElides(bool elides)
     contentChanged();
 }
 
+void TightLabel::setWraps(bool wraps)
+{
+    if (wraps == wraps_)
+        return;
+    wraps_ = wraps;
+    contentChanged();
+}
+
 void TightLabel::setOpacity(qreal opacity)
 {
     if (qFuzzyCompare(opacity, opacity_))
@@ -153,6 +161,53 @@ QSize TightLabel::minimumSizeHint() const
         .grownBy(contentsMargins());
 }
 
+bool TightLabel::wrapsAt(qreal width) const
+{
+    if (!wraps_ || runs_.size() != 1)
+        return false;
+    const Metrics natural = measure(1);
+    return natural.textWidth > width - natural.textLeft + 0.5;
+}
+
+QStringList TightLabel::lines(qreal width) const
+{
+    if (!wrapsAt(width))
+        return {text()};
+    const Run &run = runs_.front();
+    const QFontMetricsF metrics(run.font);
+    const qreal room = width - measure(1).textLeft;
+    QStringList lines;
+    QString line;
+    for (const QString &word : run.text.split(u' ', Qt::SkipEmptyParts)) {
+        const QString longer = line.isEmpty() ? word : line + u' ' + word;
+        if (line.isEmpty() || metrics.horizontalAdvance(longer) <= room) {
+            line = longer;
+            continue;
+        }
+        lines << line;
+        line = word;
+    }
+    if (!line.isEmpty())
+        lines << line;
+    return lines;
+}
+
+bool TightLabel::hasHeightForWidth() const
+{
+    return wraps_;
+}
+
+int TightLabel::heightForWidth(int width) const
+{
+    const QMargins margins = contentsMargins();
+    const qreal content = width - margins.left() - margins.right();
+    if (!wrapsAt(content))
+        return sizeHint().height();
+    const qreal textHeight = lines(content).size() * QFontMetricsF(runs_.front().font).lineSpacing();
+    const qreal height = std::max(textHeight, icon_.size.height());
+    return static_cast<int>(std::ceil(height)) + margins.top() + margins.bottom();
+}
+
 void TightLabel::paintIcon(QPainter &painter, const Metrics &metrics, const QPointF &topLeft) const
 {
     const QPointF origin = topLeft + QPointF(0, metrics.iconTop);
@@ -183,6 +238,10 @@ void TightLabel::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setOpacity(opacity_);
+    if (wrapsAt(area.width())) {
+        paintWrapped(painter, area, natural);
+        return;
+    }
     const QPointF topLeft(area.left(), area.top() + std::round((area.height() - metrics.size.height()) / 2));
     paintIcon(painter, metrics, topLeft);
 
@@ -202,6 +261,27 @@ void TightLabel::paintEvent(QPaintEvent *)
         if (overflows && elides_)
             break;
         x += fontMetrics.horizontalAdvance(shown) + run.trailingSpace * scale;
+    }
+}
+
+// Lines of the text one under the other, the icon centred on the whole block.
+void TightLabel::paintWrapped(QPainter &painter, const QRectF &area, const Metrics &metrics) const
+{
+    const Run &run = runs_.front();
+    const QFontMetricsF font(run.font);
+    const QStringList shown = lines(area.width());
+    const qreal blockHeight = shown.size() * font.lineSpacing() - font.leading();
+    const qreal top = area.top() + std::round((area.height() - blockHeight) / 2);
+    Metrics centred = metrics;
+    centred.iconTop = (blockHeight - metrics.iconSize.height()) / 2;
+    paintIcon(painter, centred, QPointF(area.left(), top));
+
+    painter.setFont(run.font);
+    painter.setPen(run.color);
+    qreal baseline = top + font.ascent();
+    for (const QString &line : shown) {
+        painter.drawText(QPointF(area.left() + metrics.textLeft, baseline), line);
+        baseline += font.lineSpacing();
     }
 }
 

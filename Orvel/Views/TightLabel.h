@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QSizeF>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <vector>
@@ -40,6 +41,8 @@ public:
     void setMinimumScale(qreal scale);
     // Where it still does not fit, the end is replaced by "…".
     void setElides(bool elides);
+    // Where a one-run text does not fit, it breaks between words onto further lines instead.
+    void setWraps(bool wraps);
     void setOpacity(qreal opacity);
 
     const std::vector<Run> &runs() const { return runs_; }
@@ -48,6 +51,10 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override;
+    int heightForWidth(int width) const override;
+    // The lines the text takes in a content width (one line unless it wraps).
+    QStringList lines(qreal width) const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -79,11 +86,14 @@ private:
     void setIcon(const Icon &icon);
     void contentChanged();
     void paintIcon(QPainter &painter, const Metrics &metrics, const QPointF &topLeft) const;
+    bool wrapsAt(qreal width) const;
+    void paintWrapped(QPainter &painter, const QRectF &area, const Metrics &metrics) const;
 
     Icon icon_;
     std::vector<Run> runs_;
     qreal minimumScale_ = 1;
     bool elides_ = false;
+    bool wraps_ = false;
     qreal opacity_ = 1;
 };
 

@@ -295,6 +295,15 @@ TEST_F(PopoverViewTest, OfflineTimesSayWhereTheyCameFrom)
     EXPECT_EQ(model->source(), TimesSource::offline);
     EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Çevrimdışı · cihazda hesaplandı"));
     EXPECT_EQ(view.sourceLabel()->symbol(), QStringLiteral("wifi.slash"));
+
+    // Beside the buttons the note may take two lines, but all of it is shown.
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.show();
+    const TightLabel &source = *view.sourceLabel();
+    const QStringList lines = source.lines(source.contentsRect().width());
+    EXPECT_EQ(lines.join(u' '), source.text());
+    EXPECT_GE(source.height(), source.heightForWidth(source.width()));
+    EXPECT_EQ(view.width(), PopoverView::panelWidth);
 }
 
 // Renders both appearances; with ORVEL_VIEWS_RENDER_DIR set the pictures are kept there.
