@@ -237,7 +237,6 @@ TEST_F(PopoverViewTest, ButtonsReachTheModelAndTheActions)
     int settings = 0;
     int quit = 0;
     PopoverView view(*model, [&] { ++imsakiye; }, [&] { ++settings; }, [&] { ++quit; });
-    view.setAttribute(Qt::WA_DontShowOnScreen);
     view.show();
 
     PrayerRow *imsak = rowOf(*view.prayerList(), Prayer::imsak);
@@ -257,6 +256,14 @@ TEST_F(PopoverViewTest, ButtonsReachTheModelAndTheActions)
     EXPECT_EQ(imsakiye, 1);
     EXPECT_EQ(settings, 1);
     EXPECT_EQ(quit, 1);
+
+    view.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    QTest::keyClick(&view, Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return settings == 2; }, 2000));
+    QTest::keyClick(&view, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return quit == 2; }, 2000));
+    EXPECT_EQ(imsakiye, 1);
 
     QSignalSpy finished(model.get(), &AppModel::loadFinished);
     QTest::mouseClick(view.reloadButton(), Qt::LeftButton);
