@@ -438,8 +438,8 @@ Builder sliders()
     const std::pair<qreal, qreal> knobs[] = {{6.75, 15.0}, {12.75, 7.5}, {18.75, 13.5}};
     for (const auto &[y, x] : knobs) {
         b.line(segment({3.2, y}, {20.8, y}), stroke * 0.9);
-        b.cut(circle({x, y}, 3.6));
-        b.line(circle({x, y}, 2.3), stroke * 0.9);
+        b.cut(circle({x, y}, 3.8));
+        b.line(circle({x, y}, 2.6), stroke * 0.9);
     }
     return b;
 }
