@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <memory>
+
 namespace orvel {
 
 struct NotificationRequest;
@@ -14,6 +16,11 @@ public:
     virtual bool isAvailable() const = 0;
     // Shows the request now. Failures are ignored.
     virtual void show(const NotificationRequest &request) = 0;
+    // Opens the desktop's notification settings, when it has a tool for them.
+    virtual void openSettings() const {}
+
+    // The backend of the platform Orvel was built for, on the user's session.
+    static std::shared_ptr<NotificationBackend> platformDefault();
 };
 
 } // namespace orvel

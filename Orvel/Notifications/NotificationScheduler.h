@@ -1,13 +1,14 @@
 #pragma once
 
+// Qt first: moc cannot read <concepts> unless Qt's headers came before it.
+#include <QObject>
+#include <QString>
+
 #include "DayTimes.h"
 #include "Kerahat.h"
 #include "Location.h"
 #include "Prayer.h"
 #include "QuietHours.h"
-
-#include <QObject>
-#include <QString>
 
 #include <memory>
 #include <set>
@@ -56,7 +57,8 @@ public:
     // The application's one scheduler (freedesktop backend, system clock), made on first use.
     static NotificationScheduler &shared();
 
-    // Replaces every pending request with the plan's; supersedes a running call. Returns at once.
+    // Replaces every pending request with the plan's; supersedes a running call. Returns at once:
+    // the new set is in place on the next turn of the event loop.
     void reschedule(const NotificationPlan &plan);
     // The requests a plan gives at `now`, in order (pure; used by reschedule).
     static std::vector<NotificationRequest> requests(const NotificationPlan &plan, Instant now);
@@ -74,6 +76,9 @@ signals:
     void fired(const QString &identifier);
 
 private:
+    void replacePending(const NotificationPlan &plan);
+    void timerFired(const QObject *timer);
+
     struct Private;
     std::unique_ptr<Private> d;
 };

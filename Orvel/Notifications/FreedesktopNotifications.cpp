@@ -1,0 +1,211 @@
+#include "FreedesktopNotifications.h"
+
+#include "AdhanPlayer.h"
+#include "NotificationScheduler.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QVariantMap>
+
+#include <array>
+#include <utility>
+
+namespace orvel {
+
+namespace {
+
+constexpr QLatin1StringView soundName{"message-new-instant"};
+
+// Servers that announce "body-markup" read the body as a small subset of HTML.
+QString escapedForMarkup(QString text)
+{
+    return text.replace(u'&', QLatin1String("&amp;")).replace(u'<', QLatin1String("&lt;")).replace(u'>', QLatin1String("&gt;"));
+}
+
+QVariantMap hints(const NotificationRequest &request)
+{
+    QVariantMap hints{
+        {QStringLiteral("category"), QStringLiteral("x-orvel.prayer")},
+        {QStringLiteral("desktop-entry"), QStringLiteral("orvel")},
+        // A byte on the wire: servers ignore an urgency of any other type.
+        {QStringLiteral("urgency"), QVariant::fromValue(uchar(1))},
+    };
+    if (request.defaultSound)
+        hints.insert(QStringLiteral("sound-name"), QString(soundName));
+    else
+        hints.insert(QStringLiteral("suppress-sound"), true);
+    return hints;
+}
+
+QString messageSoundFile()
+{
+    for (const char *extension : {".oga", ".ogg", ".wav"}) {
+        const QString name = QStringLiteral("sounds/freedesktop/stereo/%1%2").arg(soundName, QLatin1StringView(extension));
+        const QString file = QStandardPaths::locate(QStandardPaths::GenericDataLocation, name);
+        if (!file.isEmpty())
+            return file;
+    }
+    return {};
+}
+
+struct SettingsTool {
+    const char *desktop; // as named in XDG_CURRENT_DESKTOP
+    const char *program;
+    const char *argument; // empty: none
+};
+
+constexpr std::array<SettingsTool, 7> settingsTools{{
+    {"GNOME", "gnome-control-center", "notifications"},
+    {"KDE", "systemsettings", "kcm_notifications"},
+    {"KDE", "systemsettings5", "kcm_notifications"},
+    {"XFCE", "xfce4-notifyd-config", ""},
+    {"MATE", "mate-notification-properties", ""},
+    {"X-Cinnamon", "cinnamon-settings", "notifications"},
+    {"LXQt", "lxqt-config-notificationd", ""},
+}};
+
+bool startTool(const SettingsTool &tool)
+{
+    const QString program = QStandardPaths::findExecutable(QString::fromLatin1(tool.program));
+    if (program.isEmpty())
+        return false;
+    QStringList arguments;
+    if (*tool.argument)
+        arguments << QString::fromLatin1(tool.argument);
+    return QProcess::startDetached(program, arguments);
+}
+
+} // namespace
+
+FreedesktopNotifications::FreedesktopNotifications(QDBusConnection connection, QObject *parent)
+    : QObject(parent)
+    , connection_(std::move(connection))
+{
+    auto *watcher = new QDBusServiceWatcher(service, connection_, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &FreedesktopNotifications::forgetCapabilities);
+}
+
+FreedesktopNotifications::~FreedesktopNotifications() = default;
+
+bool FreedesktopNotifications::isAvailable() const
+{
+    // Both questions are answered by the bus daemon itself, never by a notification server.
+    const QDBusConnectionInterface *bus = connection_.isConnected() ? connection_.interface() : nullptr;
+    if (!bus)
+        return false;
+    if (bus->isServiceRegistered(service).value())
+        return true;
+    return bus->activatableServiceNames().value().contains(service);
+}
+
+void FreedesktopNotifications::show(const NotificationRequest &request)
+{
+    if (capabilities_) {
+        send(request);
+        return;
+    }
+    waiting_.push_back(request);
+    requestCapabilities();
+}
+
+void FreedesktopNotifications::openSettings() const
+{
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
+    for (const SettingsTool &tool : settingsTools) {
+        if (desktops.contains(QLatin1String(tool.desktop), Qt::CaseInsensitive) && startTool(tool))
+            return;
+    }
+    // An unknown desktop may still have one of the tools installed.
+    for (const SettingsTool &tool : settingsTools) {
+        if (startTool(tool))
+            return;
+    }
+}
+
+void FreedesktopNotifications::setMessageSound(std::function<void()> play)
+{
+    messageSound_ = std::move(play);
+}
+
+void FreedesktopNotifications::requestCapabilities()
+{
+    if (capabilitiesRequested_)
+        return;
+    capabilitiesRequested_ = true;
+    const QDBusMessage message = QDBusMessage::createMethodCall(service, path, service, QStringLiteral("GetCapabilities"));
+    auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, generation = capabilitiesGeneration_](QDBusPendingCallWatcher *call) {
+                capabilitiesArrived(call, generation);
+            });
+}
+
+void FreedesktopNotifications::capabilitiesArrived(QDBusPendingCallWatcher *call, quint64 generation)
+{
+    call->deleteLater();
+    // The server changed meanwhile; the newer question answers for the waiting requests.
+    if (generation != capabilitiesGeneration_)
+        return;
+    capabilitiesRequested_ = false;
+    const QDBusPendingReply<QStringList> reply = *call;
+    if (!reply.isError())
+        capabilities_ = reply.value();
+    // Without an answer the requests still go out: an activatable server may come up for them.
+    for (const NotificationRequest &request : std::exchange(waiting_, {}))
+        send(request);
+}
+
+void FreedesktopNotifications::forgetCapabilities()
+{
+    capabilities_.reset();
+    ++capabilitiesGeneration_;
+    capabilitiesRequested_ = false;
+    if (!waiting_.empty())
+        requestCapabilities();
+}
+
+void FreedesktopNotifications::send(const NotificationRequest &request)
+{
+    const bool markup = capabilities_ && capabilities_->contains(QStringLiteral("body-markup"));
+    // When the server is unknown, a sound of our own could double its sound.
+    const bool serverIgnoresSound = capabilities_ && !capabilities_->contains(QStringLiteral("sound"));
+
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, service, QStringLiteral("Notify"));
+    message << QStringLiteral("Orvel") << uint(0) << QString() << request.title
+            << (markup ? escapedForMarkup(request.body) : request.body) << QStringList() << hints(request)
+            << int(-1);
+    auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), this);
+    const bool playSound = request.defaultSound && serverIgnoresSound;
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, playSound](QDBusPendingCallWatcher *call) {
+        call->deleteLater();
+        // The sound goes with a notification the server took, never alone.
+        if (playSound && !call->isError())
+            playMessageSound();
+    });
+}
+
+void FreedesktopNotifications::playMessageSound()
+{
+    if (messageSound_) {
+        messageSound_();
+        return;
+    }
+    const QString file = messageSoundFile();
+    if (file.isEmpty())
+        return;
+    if (!player_)
+        player_ = std::make_unique<AdhanPlayer>();
+    player_->play(file, 1.0);
+}
+
+std::shared_ptr<NotificationBackend> NotificationBackend::platformDefault()
+{
+    return std::make_shared<FreedesktopNotifications>(QDBusConnection::sessionBus());
+}
+
+} // namespace orvel

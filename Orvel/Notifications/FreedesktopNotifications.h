@@ -1,0 +1,58 @@
+#pragma once
+
+#include "NotificationBackend.h"
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QDBusPendingCallWatcher;
+
+namespace orvel {
+
+class AdhanPlayer;
+
+// Shows notifications through org.freedesktop.Notifications on a D-Bus connection. Every call
+// to the server is asynchronous, so a slow or freshly activated server never holds up the caller.
+class FreedesktopNotifications final : public QObject, public NotificationBackend {
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1StringView service{"org.freedesktop.Notifications"};
+    static constexpr QLatin1StringView path{"/org/freedesktop/Notifications"};
+
+    explicit FreedesktopNotifications(QDBusConnection connection, QObject *parent = nullptr);
+    ~FreedesktopNotifications() override;
+
+    bool isAvailable() const override;
+    void show(const NotificationRequest &request) override;
+    void openSettings() const override;
+
+    // What plays the desktop's message sound for servers that ignore sound hints. By default the
+    // freedesktop sound theme's "message-new-instant"; silent when that cannot be played.
+    void setMessageSound(std::function<void()> play);
+
+private:
+    void requestCapabilities();
+    void capabilitiesArrived(QDBusPendingCallWatcher *call, quint64 generation);
+    void forgetCapabilities();
+    void send(const NotificationRequest &request);
+    void playMessageSound();
+
+    QDBusConnection connection_;
+    // Asked once per server on this connection; forgotten when the server changes hands.
+    std::optional<QStringList> capabilities_;
+    quint64 capabilitiesGeneration_ = 0;
+    bool capabilitiesRequested_ = false;
+    // Shown once the capabilities are known.
+    std::vector<NotificationRequest> waiting_;
+    std::function<void()> messageSound_;
+    std::unique_ptr<AdhanPlayer> player_;
+};
+
+} // namespace orvel
