@@ -2,6 +2,7 @@
 
 #include "Calendars.h"
 #include "DayKey.h"
+#include "DecimalText.h"
 #include "TimeZone.h"
 
 #include <algorithm>
@@ -244,14 +245,6 @@ size_t receive(char *data, size_t size, size_t count, void *context)
     return bytes;
 }
 
-std::string fixedDecimals(double value)
-{
-    // to_chars ignores the process locale: always a point, never a comma.
-    std::array<char, 64> text{};
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 4);
-    return std::string(text.data(), result.ptr);
-}
-
 std::string queryValue(std::string_view text)
 {
     static constexpr char hex[] = "0123456789ABCDEF";
@@ -346,8 +339,8 @@ std::string AladhanClient::requestURL(MonthKey month, const Location &location, 
         base.remove_suffix(1);
     std::string url(base);
     url += "/calendar/" + std::to_string(month.year) + "/" + std::to_string(month.month);
-    url += "?latitude=" + fixedDecimals(location.latitude);
-    url += "&longitude=" + fixedDecimals(location.longitude);
+    url += "?latitude=" + DecimalText::fixed(location.latitude, 4);
+    url += "&longitude=" + DecimalText::fixed(location.longitude, 4);
     url += "&method=" + std::to_string(method.aladhanID());
     url += "&timezonestring=" + queryValue(location.timeZoneID);
     return url;

@@ -1,6 +1,7 @@
 #include "Location.h"
 
-#include <cstdio>
+#include "DecimalText.h"
+
 #include <nlohmann/json.hpp>
 
 namespace orvel {
@@ -12,9 +13,7 @@ Location Location::istanbul()
 
 std::string Location::cacheKey() const
 {
-    char text[128];
-    std::snprintf(text, sizeof text, "%.3f_%.3f", latitude, longitude);
-    return text;
+    return DecimalText::fixed(latitude, 3) + "_" + DecimalText::fixed(longitude, 3);
 }
 
 void to_json(nlohmann::json &json, const Location &location)

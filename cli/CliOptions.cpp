@@ -1,6 +1,7 @@
 #include "CliOptions.h"
 
 #include "AladhanClient.h"
+#include "DecimalText.h"
 #include "PrayerRepository.h"
 #include "TextTable.h"
 #include "TimeZone.h"
@@ -9,7 +10,6 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <system_error>
 
 namespace orvel::cli {
@@ -21,9 +21,7 @@ std::string text(std::string_view view) { return std::string(view); }
 // Bounds as a reader writes them, with a real minus sign.
 std::string bound(double value)
 {
-    char digits[32];
-    std::snprintf(digits, sizeof digits, "%g", std::fabs(value));
-    return (value < 0 ? "\u2212" : "") + std::string(digits);
+    return (value < 0 ? "\u2212" : "") + DecimalText::shortest(std::fabs(value));
 }
 
 std::string rangeError(std::string_view what, std::string_view value, double min, double max, std::string_view kind)
@@ -69,13 +67,6 @@ std::string methodList()
         list += text(CalculationMethod(CalculationMethod::allCases[i]).rawValue());
     }
     return list;
-}
-
-std::string coordinateText(double value)
-{
-    char digits[32];
-    std::snprintf(digits, sizeof digits, "%.4f", value);
-    return digits;
 }
 
 } // namespace
@@ -271,7 +262,7 @@ Location PlaceOptions::location() const
         place.latitude = *latitude;
         place.longitude = *longitude;
         place.timeZoneID = TimeZone::current().id();
-        place.name = coordinateText(*latitude) + ", " + coordinateText(*longitude);
+        place.name = DecimalText::fixed(*latitude, 4) + ", " + DecimalText::fixed(*longitude, 4);
     }
     if (timeZoneID)
         place.timeZoneID = *timeZoneID;

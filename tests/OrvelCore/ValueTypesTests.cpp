@@ -1,3 +1,4 @@
+#include "AladhanClient.h"
 #include "Calendars.h"
 #include "CalculationMethod.h"
 #include "DayKey.h"
@@ -10,6 +11,9 @@
 #include "TimesSource.h"
 
 #include <gtest/gtest.h>
+#include <clocale>
+#include <cstdlib>
+#include <string>
 #include <nlohmann/json.hpp>
 
 using namespace orvel;
@@ -135,6 +139,26 @@ TEST(Location, keysAndZones)
     // Tests pin the machine's zone to Istanbul; a name that is no zone gets it.
     EXPECT_EQ((Location{"", 0, 0, "Nowhere/Atlantis"}.timeZone().id()), "Europe/Istanbul");
     EXPECT_EQ((Location{"", 0, 0, ""}.timeZone().id()), "Europe/Istanbul");
+}
+
+// A GUI takes the numeric locale from the environment; a Turkish one writes "41,008".
+TEST(Location, keysAndQueriesKeepTheDecimalPointInACommaLocale)
+{
+    setenv("LOCPATH", ORVEL_TEST_LOCPATH, 1);
+    const std::string previous = std::setlocale(LC_NUMERIC, nullptr);
+    if (!std::setlocale(LC_NUMERIC, "tr_TR.UTF-8"))
+        GTEST_SKIP() << "no Turkish locale under " << ORVEL_TEST_LOCPATH;
+    char probe[16];
+    std::snprintf(probe, sizeof probe, "%.1f", 1.5);
+    const std::string cacheKey = Location::istanbul().cacheKey();
+    const std::string url = AladhanClient("https://example.org/v1")
+                                .requestURL({2026, 11}, {"", -33.4489, 151.2093, "Australia/Sydney"}, CalculationMethod::mwl);
+    std::setlocale(LC_NUMERIC, previous.c_str());
+
+    ASSERT_STREQ(probe, "1,5");
+    EXPECT_EQ(cacheKey, "41.008_28.978");
+    EXPECT_EQ(url, "https://example.org/v1/calendar/2026/11?latitude=-33.4489&longitude=151.2093&method=3"
+                   "&timezonestring=Australia/Sydney");
 }
 
 TEST(QuietHours, containsOverAndWithinADay)

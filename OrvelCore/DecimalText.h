@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace orvel::DecimalText {
+
+// Decimal text with a point whatever the process locale (a GUI sets it from the
+// environment, and "41,008" would split cache names and break queries).
+std::string fixed(double value, int decimals);
+
+// Shortest text that reads back as the same value ("90", "41.5").
+std::string shortest(double value);
+
+} // namespace orvel::DecimalText
