@@ -393,7 +393,7 @@ TEST_F(AladhanClientService, redirectsAreFollowed)
 
 TEST(AladhanClientTransport, noAnswerIsATransportError)
 {
-    const SilentPort silent;
+    const IdlePort silent(IdlePort::Connections::unanswered);
     const AladhanClient patient(silent.url(), std::chrono::milliseconds(300));
     try {
         patient.month({2025, 3}, Location::istanbul(), CalculationMethod::diyanet);
@@ -402,11 +402,8 @@ TEST(AladhanClientTransport, noAnswerIsATransportError)
         EXPECT_NE(std::string(error.what()), "");
     }
 
-    LoopbackService closed;
-    closed.start();
-    const std::string url = closed.url();
-    closed.stop();
-    EXPECT_THROW(AladhanClient(url, std::chrono::milliseconds(2000)).month({2025, 3}, Location::istanbul(), CalculationMethod::diyanet),
+    const IdlePort closed(IdlePort::Connections::refused);
+    EXPECT_THROW(AladhanClient(closed.url(), std::chrono::milliseconds(2000)).month({2025, 3}, Location::istanbul(), CalculationMethod::diyanet),
                  AladhanClient::TransportError);
     EXPECT_THROW(AladhanClient("file:///etc/v1").month({2025, 3}, Location::istanbul(), CalculationMethod::diyanet),
                  AladhanClient::TransportError);

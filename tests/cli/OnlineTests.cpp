@@ -1,5 +1,6 @@
 #include "AladhanClient.h"
 #include "CliRun.h"
+#include "LoopbackService.h"
 #include "Location.h"
 #include "PrayerCalculator.h"
 #include "PrayerRepository.h"
@@ -9,15 +10,9 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <map>
-#include <mutex>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace orvel;
@@ -25,102 +20,46 @@ using nlohmann::json;
 
 namespace {
 
-std::string readFile(const std::filesystem::path &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 // April 2017 in Istanbul as the service answered it, with the 10th's İmsak moved to 04:44 so that
 // the service's times cannot be mistaken for the calculator's.
 std::string aprilBody()
 {
-    json body = json::parse(readFile(std::filesystem::path(ORVEL_FIXTURES_DIR) / "calendar_2017-04_istanbul_method2_isna.json"));
+    json body = json::parse(test::readFixture("calendar_2017-04_istanbul_method2_isna.json"));
     body["data"][9]["timings"]["Fajr"] = "04:44 (+03)";
     return body.dump();
 }
 
 // The web service on the loopback interface: April 2017 under /v1, 404 for other months, 500
-// under /broken. Counts the requests of each month.
-class LoopbackService {
+// under /broken.
+class AprilService {
 public:
-    LoopbackService()
+    AprilService()
         : body_(aprilBody())
     {
-        server_.Get(R"(/v1/calendar/(\d+)/(\d+))", [this](const httplib::Request &request, httplib::Response &response) {
-            const std::string month = request.matches[1].str() + "-" + request.matches[2].str();
-            {
-                const std::lock_guard lock(mutex_);
-                ++hits_[month];
-                lastQuery_ = request.params;
-            }
-            if (month == "2017-4")
+        service_.respond([this](const httplib::Request &request, httplib::Response &response) {
+            if (request.path.starts_with("/broken/"))
+                response.status = 500;
+            else if (request.path == "/v1/calendar/2017/4")
                 response.set_content(body_, "application/json");
             else
                 response.status = 404;
         });
-        server_.Get(R"(/broken/.*)", [this](const httplib::Request &, httplib::Response &response) {
-            const std::lock_guard lock(mutex_);
-            ++hits_["broken"];
-            response.status = 500;
-        });
-        port_ = server_.bind_to_any_port("127.0.0.1");
-        thread_ = std::thread([this] { server_.listen_after_bind(); });
-        // The socket listens already; stop() is only heard once the accept loop runs.
-        for (int i = 0; i < 2000 && !server_.is_running(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    ~LoopbackService()
-    {
-        server_.stop();
-        thread_.join();
+        service_.start();
     }
 
-    std::string url(const std::string &path = "/v1") const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
-    int hits(const std::string &month) const
+    std::string url(const std::string &path = "/v1") const { return service_.url(path); }
+    // Requests whose path starts with the prefix ("/v1/calendar/2017/4", "/broken").
+    long hits(const std::string &prefix) const
     {
-        const std::lock_guard lock(mutex_);
-        const auto found = hits_.find(month);
-        return found == hits_.end() ? 0 : found->second;
+        const std::vector<std::string> paths = service_.paths();
+        return std::count_if(paths.begin(), paths.end(), [&](const std::string &path) { return path.starts_with(prefix); });
     }
-    std::string lastQuery(const std::string &key) const
-    {
-        const std::lock_guard lock(mutex_);
-        const auto found = lastQuery_.find(key);
-        return found == lastQuery_.end() ? std::string() : found->second;
-    }
+    std::string lastQuery(const std::string &key) const { return service_.requests().back().get_param_value(key); }
     const std::string &body() const { return body_; }
 
 private:
     std::string body_;
-    httplib::Server server_;
-    int port_ = 0;
-    std::thread thread_;
-    mutable std::mutex mutex_;
-    std::map<std::string, int> hits_;
-    httplib::Params lastQuery_;
-};
-
-// A loopback port that refuses connections: bound, never listening, held until the test ends.
-class DeadPort {
-public:
-    DeadPort()
-        : socket_(::socket(AF_INET, SOCK_STREAM, 0))
-    {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t length = sizeof address;
-        ::bind(socket_, reinterpret_cast<sockaddr *>(&address), sizeof address);
-        ::getsockname(socket_, reinterpret_cast<sockaddr *>(&address), &length);
-        port_ = ntohs(address.sin_port);
-    }
-    ~DeadPort() { ::close(socket_); }
-    std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/v1"; }
-
-private:
-    int socket_;
-    int port_ = 0;
+    test::LoopbackService service_;
 };
 
 class TempFolder {
@@ -177,7 +116,7 @@ std::vector<Instant> timesOf(const DayTimes &day)
 
 TEST(CliOnline, serviceMonthIsShownAndCachedOnce)
 {
-    LoopbackService service;
+    AprilService service;
     TempFolder cache;
     const std::vector<DayTimes> april = AladhanClient::parse(service.body(), *TimeZone::known("Europe/Istanbul"));
     ASSERT_EQ(april.size(), 30u);
@@ -194,7 +133,7 @@ TEST(CliOnline, serviceMonthIsShownAndCachedOnce)
     EXPECT_EQ(timesOf(document["days"][0]), timesOf(april[9]));
     EXPECT_EQ(timesOf(document["days"][1]), timesOf(april[10]));
     EXPECT_EQ(document["days"][0]["clock"][0], "04:44");
-    EXPECT_EQ(service.hits("2017-4"), 1);
+    EXPECT_EQ(service.hits("/v1/calendar/2017/4"), 1);
     EXPECT_EQ(service.lastQuery("method"), "2");
     EXPECT_EQ(service.lastQuery("timezonestring"), "Europe/Istanbul");
     EXPECT_EQ(cache.files(), std::vector<std::string>{PrayerRepository::cacheFileName({2017, 4}, fixturePlace, CalculationMethod::isna)});
@@ -205,7 +144,7 @@ TEST(CliOnline, serviceMonthIsShownAndCachedOnce)
                                       placeArgs()));
     ASSERT_EQ(second.status, 0) << second.err;
     EXPECT_EQ(second.err, "");
-    EXPECT_EQ(service.hits("2017-4"), 1);
+    EXPECT_EQ(service.hits("/v1/calendar/2017/4"), 1);
     const std::vector<std::string> text = lines(second.out);
     ASSERT_FALSE(text.empty());
     EXPECT_EQ(text.back(), "Kaynak: çevrimiçi");
@@ -216,12 +155,12 @@ TEST(CliOnline, serviceMonthIsShownAndCachedOnce)
                                       placeArgs()));
     ASSERT_EQ(status.status, 0) << status.err;
     EXPECT_EQ(json::parse(status.out).at("source"), "online");
-    EXPECT_EQ(service.hits("2017-4"), 1);
+    EXPECT_EQ(service.hits("/v1/calendar/2017/4"), 1);
 }
 
 TEST(CliOnline, daysAcrossMonthsFetchEachMonthOnce)
 {
-    LoopbackService service;
+    AprilService service;
     TempFolder cache;
     // All of April and the 1st of May: April comes from the service in one request, May fails
     // (404) and is computed, which makes the whole answer offline.
@@ -230,8 +169,8 @@ TEST(CliOnline, daysAcrossMonthsFetchEachMonthOnce)
                                    placeArgs()));
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.err, "");
-    EXPECT_EQ(service.hits("2017-4"), 1);
-    EXPECT_EQ(service.hits("2017-5"), 1);
+    EXPECT_EQ(service.hits("/v1/calendar/2017/4"), 1);
+    EXPECT_EQ(service.hits("/v1/calendar/2017/5"), 1);
     const json document = json::parse(run.out);
     EXPECT_EQ(document.at("source"), "offline");
     ASSERT_EQ(document.at("days").size(), 31u);
@@ -242,8 +181,8 @@ TEST(CliOnline, daysAcrossMonthsFetchEachMonthOnce)
 
 TEST(CliOnline, failingServiceFallsBackToTheCalculator)
 {
-    LoopbackService service;
-    DeadPort dead;
+    AprilService service;
+    const test::IdlePort dead(test::IdlePort::Connections::refused);
     TempFolder cache;
     const DayTimes computed = PrayerCalculator::times({2017, 4, 10}, fixturePlace, CalculationMethod::isna);
 
@@ -272,7 +211,7 @@ TEST(CliOnline, failingServiceFallsBackToTheCalculator)
         EXPECT_EQ(lines(statusRun.out).size(), 2u) << statusRun.out;
         EXPECT_EQ(std::count(statusRun.err.begin(), statusRun.err.end(), '\n'), 1) << statusRun.err;
     }
-    EXPECT_EQ(service.hits("broken"), 3);
+    EXPECT_EQ(service.hits("/broken/"), 3);
     EXPECT_TRUE(cache.files().empty());
 }
 

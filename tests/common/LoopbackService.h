@@ -91,10 +91,13 @@ private:
     std::vector<httplib::Request> requests_;
 };
 
-// A loopback port whose connections are accepted by the kernel and then never answered.
-class SilentPort {
+// A loopback port held until it is destroyed, so no other server can take it meanwhile.
+// Connections to it are either accepted by the kernel and then never answered, or refused.
+class IdlePort {
 public:
-    SilentPort()
+    enum class Connections { unanswered, refused };
+
+    explicit IdlePort(Connections connections)
         : socket_(::socket(AF_INET, SOCK_STREAM, 0))
     {
         sockaddr_in address{};
@@ -102,13 +105,14 @@ public:
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t length = sizeof address;
         ::bind(socket_, reinterpret_cast<sockaddr *>(&address), sizeof address);
-        ::listen(socket_, 8);
+        if (connections == Connections::unanswered)
+            ::listen(socket_, 8);
         ::getsockname(socket_, reinterpret_cast<sockaddr *>(&address), &length);
         port_ = ntohs(address.sin_port);
     }
-    ~SilentPort() { ::close(socket_); }
-    SilentPort(const SilentPort &) = delete;
-    SilentPort &operator=(const SilentPort &) = delete;
+    ~IdlePort() { ::close(socket_); }
+    IdlePort(const IdlePort &) = delete;
+    IdlePort &operator=(const IdlePort &) = delete;
 
     std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/v1"; }
 
