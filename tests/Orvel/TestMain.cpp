@@ -9,7 +9,7 @@
 #include <cstdlib>
 
 // The zone, the locale and the per-user folders are pinned so that "the machine's zone" means
-// the same everywhere and nothing touches the user's own settings or cache.
+// the same everywhere and nothing touches the user's own settings, cache, sounds or autostart.
 int main(int argc, char **argv)
 {
     setenv("TZ", "Europe/Istanbul", 1);
@@ -24,6 +24,8 @@ int main(int argc, char **argv)
     qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toUtf8());
 
     QApplication app(argc, argv);
+    // Tests open and close windows; the last one closing must not end the run.
+    app.setQuitOnLastWindowClosed(false);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
