@@ -2,8 +2,8 @@
 
 #include "Colors.h"
 #include "Symbols.h"
+#include "TabularDigits.h"
 
-#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
@@ -26,20 +26,6 @@ constexpr qreal dotGap = 4;
 constexpr qreal pillPadding = 7;
 constexpr qreal pillInset = 2;
 constexpr qreal pillRadius = 5;
-// Tabular digits keep the countdown from jittering; this family has them and ships everywhere.
-const char *const tabularFallback = "DejaVu Sans";
-
-bool hasEqualDigits(const QFont &font)
-{
-    const QFontMetricsF metrics(font);
-    const qreal zero = metrics.horizontalAdvance(QLatin1Char('0'));
-    for (char digit = '1'; digit <= '9'; ++digit) {
-        if (std::abs(metrics.horizontalAdvance(QLatin1Char(digit)) - zero) > 0.01)
-            return false;
-    }
-    return true;
-}
-
 QFont styled(QFont font)
 {
     font.setPixelSize(qRound(textPointSize)); // one point is one device-independent pixel
@@ -78,14 +64,7 @@ Image Image::tinted(const QColor &color) const
 
 QFont font()
 {
-    const QFont ui = styled(QGuiApplication::font());
-    if (hasEqualDigits(ui))
-        return ui;
-    QFont fallback = ui;
-    fallback.setFamilies({QString::fromLatin1(tabularFallback)});
-    if (QFontInfo(fallback).family() == QLatin1String(tabularFallback) && hasEqualDigits(fallback))
-        return fallback;
-    return ui;
+    return TabularDigits::font(styled(QGuiApplication::font()));
 }
 
 Image make(const QString &symbol, const std::optional<QString> &text, Style style, bool dot, qreal devicePixelRatio)

@@ -1,7 +1,8 @@
 #include "ViewStyle.h"
 
+#include "TabularDigits.h"
+
 #include <QApplication>
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QScreen>
 
@@ -11,7 +12,6 @@ namespace {
 
 constexpr qreal pointsPerInch = 72.0;
 constexpr qreal fallbackDpi = 96.0;
-const QString tabularFallback = QStringLiteral("DejaVu Sans");
 
 qreal logicalDpi()
 {
@@ -19,26 +19,10 @@ qreal logicalDpi()
     return screen ? screen->logicalDotsPerInchY() : fallbackDpi;
 }
 
-bool hasEqualDigits(const QFont &font)
-{
-    const QFontMetricsF metrics(font);
-    const qreal zero = metrics.horizontalAdvance(QLatin1Char('0'));
-    for (char digit = '1'; digit <= '9'; ++digit) {
-        if (!qFuzzyCompare(metrics.horizontalAdvance(QLatin1Char(digit)), zero))
-            return false;
-    }
-    return true;
-}
-
 // Decided once: the desktop font does not change its digits while the program runs.
 const QString &digitsFamily()
 {
-    static const QString family = [] {
-        const QFont ui = QApplication::font();
-        if (hasEqualDigits(ui) || !QFontDatabase::families().contains(tabularFallback))
-            return ui.family();
-        return tabularFallback;
-    }();
+    static const QString family = TabularDigits::font(QApplication::font()).family();
     return family;
 }
 
