@@ -52,7 +52,7 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
     , item_(new StatusNotifierItem(this))
     , menu_(new DBusMenu(this))
     , watcher_(new QDBusServiceWatcher(QString::fromLatin1(watcherService), connection_,
-                                       QDBusServiceWatcher::WatchForRegistration, this))
+                                       QDBusServiceWatcher::WatchForOwnerChange, this))
 {
     connect(item_, &StatusNotifierItem::activateRequested, this, &StatusItem::activated);
     connect(item_, &StatusNotifierItem::contextMenuRequested, this, [this](QPoint position) {
@@ -63,7 +63,14 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
     connect(watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
         if (shown_)
             registerWithWatcher();
+        refreshAvailability();
     });
+    connect(watcher_, &QDBusServiceWatcher::serviceUnregistered, this, &DBusStatusItem::refreshAvailability);
+    // The watcher may come up before the panel that hosts the items.
+    connection_.connect(QString::fromLatin1(watcherService), QString::fromLatin1(watcherPath),
+                        QString::fromLatin1(watcherInterface), QStringLiteral("StatusNotifierHostRegistered"), this,
+                        SLOT(refreshAvailability()));
+    available_ = isAvailable();
 }
 
 DBusStatusItem::~DBusStatusItem()
@@ -88,6 +95,15 @@ bool DBusStatusItem::isAvailable() const
     QDBusInterface watcher(QString::fromLatin1(watcherService), QString::fromLatin1(watcherPath),
                            QString::fromLatin1(watcherInterface), connection_);
     return watcher.property("IsStatusNotifierHostRegistered").toBool();
+}
+
+void DBusStatusItem::refreshAvailability()
+{
+    const bool available = isAvailable();
+    if (available == available_)
+        return;
+    available_ = available;
+    emit availabilityChanged(available);
 }
 
 void DBusStatusItem::show()

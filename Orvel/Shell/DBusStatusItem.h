@@ -43,6 +43,9 @@ public:
     // The text beside the crescent: the entry announcement, else the title of the chosen style.
     static QString labelText(const AppModel &model);
 
+private slots:
+    void refreshAvailability();
+
 private:
     struct Picture {
         TrayPicture::State state;
@@ -59,6 +62,7 @@ private:
     QMenu *contextMenu_ = nullptr;
     QDBusServiceWatcher *watcher_;
     bool shown_ = false;
+    bool available_ = false;
     std::optional<Picture> picture_;
     int redrawCount_ = 0;
 };

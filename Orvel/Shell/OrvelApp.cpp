@@ -34,6 +34,7 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
 
     connect(statusItem_.get(), &StatusItem::activated, this,
             [this](QPoint position) { panel_->toggle(anchor(position)); });
+    connect(statusItem_.get(), &StatusItem::availabilityChanged, this, &OrvelApp::followStatusItem);
     connect(model_.get(), &AppModel::changed, this, [this] { statusItem_->update(*model_); });
     // The tray picture follows the desktop's light or dark look.
     qApp->installEventFilter(this);
@@ -52,6 +53,19 @@ void OrvelApp::start()
         return;
     panel_->setMode(Panel::Mode::window);
     panel_->showAt(anchor(QPoint()));
+}
+
+void OrvelApp::followStatusItem(bool available)
+{
+    // Once the item is in a panel, the window that stood in for it is no longer the way in.
+    if (available && panel_->mode() == Panel::Mode::window) {
+        panel_->hide();
+        panel_->setMode(Panel::Mode::popup);
+        return;
+    }
+    // Without the item only a second start can bring the panel back; it then opens as a window.
+    if (!available)
+        panel_->setMode(Panel::Mode::window);
 }
 
 void OrvelApp::showPanel()

@@ -39,6 +39,7 @@ public:
     void openSettings();
 
 private:
+    void followStatusItem(bool available);
     QRect anchor(QPoint position) const;
     bool eventFilter(QObject *watched, QEvent *event) override;
 

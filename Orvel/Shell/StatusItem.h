@@ -36,6 +36,8 @@ public:
 signals:
     // A plain click, at `position` when the host says where, else at a null point.
     void activated(QPoint position);
+    // A panel came or went after start: at login Orvel may start before the desktop's panel.
+    void availabilityChanged(bool available);
 };
 
 } // namespace orvel

@@ -148,6 +148,7 @@ TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
     DBusStatusItem item(orvelSide);
     EXPECT_FALSE(DBusStatusItem::watcherPresent(orvelSide));
     EXPECT_FALSE(item.isAvailable());
+    QSignalSpy availability(&item, &StatusItem::availabilityChanged);
 
     // The panel is another process: its watcher lives and answers in a thread of its own.
     QThread panelThread;
@@ -176,6 +177,9 @@ TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
     });
     EXPECT_TRUE(DBusStatusItem::watcherPresent(orvelSide));
     EXPECT_TRUE(item.isAvailable());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return availability.count() >= 1; }, 5000));
+    EXPECT_EQ(availability.count(), 1) << "only a real change is told";
+    EXPECT_TRUE(availability.first().first().toBool());
 
     QMenu menu;
     QAction *imsakiye = menu.addAction("İmsakiye");

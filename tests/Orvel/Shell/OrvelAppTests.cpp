@@ -104,4 +104,15 @@ TEST(OrvelApp, WithoutATrayThePanelIsAWindow)
     app.panel().hide();
     app.showPanel();
     EXPECT_TRUE(app.panel().isVisible());
+
+    // The desktop's panel comes up after Orvel: the window gives way to the item's popup.
+    emit app.statusItem().availabilityChanged(true);
+    EXPECT_FALSE(app.panel().isVisible());
+    EXPECT_EQ(app.panel().mode(), Panel::Mode::popup);
+    // And when it goes away again, a second start opens a window.
+    emit app.statusItem().availabilityChanged(false);
+    EXPECT_FALSE(app.panel().isVisible());
+    app.showPanel();
+    EXPECT_TRUE(app.panel().isVisible());
+    EXPECT_EQ(app.panel().mode(), Panel::Mode::window);
 }
