@@ -2,6 +2,7 @@
 
 #include "AppModel.h"
 #include "OrvelApp.h"
+#include "QuitSignals.h"
 #include "SingleInstance.h"
 #include "Snapshot.h"
 #include "StatusItem.h"
@@ -62,6 +63,8 @@ int runApplication(int argc, char **argv)
 
     OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
     QObject::connect(&instance, &SingleInstance::showRequested, &app, &OrvelApp::showPanel);
+    const QuitSignals *quitSignals = QuitSignals::createForPlatform(&application);
+    QObject::connect(quitSignals, &QuitSignals::quitRequested, &application, &QCoreApplication::quit);
     app.start();
     return application.exec();
 }

@@ -1,4 +1,5 @@
 #include "linux/LinuxSystemEvents.h"
+#include "unix/UnixQuitSignals.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,9 @@
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
 
+#include <csignal>
 #include <cstdio>
 
 namespace orvel {
@@ -118,6 +121,31 @@ TEST(LinuxSystemEvents, LogindWakeAndTimedatedZoneOnTheSystemBus)
     ASSERT_TRUE(properties({}, {QStringLiteral("Timezone")}));
     ASSERT_TRUE(zoneChanged.wait(eventWaitMs));
     EXPECT_EQ(zoneChanged.count(), 2);
+}
+
+
+TEST(UnixQuitSignals, TerminationReachesTheEventLoopAndHandlersComeBack)
+{
+    struct sigaction before {};
+    ::sigaction(SIGTERM, nullptr, &before);
+    {
+        UnixQuitSignals quitSignals;
+        ASSERT_TRUE(quitSignals.listens());
+        UnixQuitSignals second;
+        EXPECT_FALSE(second.listens()) << "one owner of the handlers at a time";
+
+        QSignalSpy quit(&quitSignals, &QuitSignals::quitRequested);
+        ::raise(SIGTERM);
+        ::raise(SIGINT);
+        ASSERT_TRUE(quit.wait(2000));
+        QTest::qWait(50);
+        EXPECT_EQ(quit.count(), 1) << "signals that arrive together are one request";
+        ::raise(SIGHUP);
+        EXPECT_TRUE(quit.wait(2000));
+    }
+    struct sigaction after {};
+    ::sigaction(SIGTERM, nullptr, &after);
+    EXPECT_EQ(after.sa_handler, before.sa_handler);
 }
 
 } // namespace

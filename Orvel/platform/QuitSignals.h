@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QObject>
+
+namespace orvel {
+
+// The system asking the application to end (a logout, a service manager, Ctrl+C in a terminal).
+// Heard as a signal on the UI thread so that the application ends the ordinary way: the item
+// leaves the panel, settings are written, the instance socket is removed.
+class QuitSignals : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // The platform's source; where there is none, nothing is ever asked.
+    static QuitSignals *createForPlatform(QObject *parent = nullptr);
+
+signals:
+    void quitRequested();
+};
+
+} // namespace orvel
