@@ -1,15 +1,47 @@
 #pragma once
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
-// Runs the built orvel-cli as a user would, in a pinned zone and locale.
 struct CliRun {
     int status = -1;
     std::string out;
     std::string err;
 };
 
-CliRun runCli(const std::vector<std::string> &args, const std::string &zone = "Europe/Istanbul");
+inline std::string takeFile(const std::filesystem::path &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string text{std::istreambuf_iterator<char>(file), {}};
+    std::filesystem::remove(path);
+    return text;
+}
 
-std::vector<std::string> lines(const std::string &text);
+inline CliRun runShell(const std::string &command)
+{
+    const auto base = std::filesystem::temp_directory_path() / ("orvel-cli-test-" + std::to_string(getpid()));
+    const int status = std::system((command + " >'" + base.string() + ".out' 2>'" + base.string() + ".err'").c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, takeFile(base.string() + ".out"), takeFile(base.string() + ".err")};
+}
+
+inline std::string quoted(const std::string &arg)
+{
+    std::string text = "'";
+    for (const char c : arg)
+        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+// Runs the built orvel-cli as a user would, in a pinned zone and locale.
+inline CliRun runCli(const std::vector<std::string> &args, const std::string &zone = "Europe/Istanbul")
+{
+    std::string command = "env TZ=" + zone + " LC_ALL=C.UTF-8 " + quoted(ORVEL_CLI_PATH);
+    for (const std::string &arg : args)
+        command += " " + quoted(arg);
+    return runShell(command);
+}
