@@ -1,72 +1,159 @@
 #include "Entry.h"
-#include "Snapshot.h"
+#include "OrvelFormat.h"
+#include "ShellTestSupport.h"
+#include "SingleInstance.h"
 
 #include <gtest/gtest.h>
 
 #include <QDateTime>
+#include <QDir>
+#include <QImage>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTimeZone>
+#include <QUuid>
 
-#include <cstdlib>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unicode/timezone.h>
+#include <unistd.h>
 
 using namespace orvel;
 
-TEST(Entry, SnapshotFolderFollowsTheSnapshotArgument)
-{
-    EXPECT_EQ(Entry::snapshotFolder({"orvel"}), std::nullopt);
-    EXPECT_EQ(Entry::snapshotFolder({"orvel", "--snapshot"}), std::nullopt);
-    EXPECT_EQ(Entry::snapshotFolder({"orvel", "--uskudar", "--snapshot"}), std::nullopt);
-    EXPECT_EQ(Entry::snapshotFolder({"orvel", "--snapshot", "out"}), QString("out"));
-    EXPECT_EQ(Entry::snapshotFolder({"orvel", "--now", "2026-03-10T12:30", "--snapshot", "/tmp/a b", "--uskudar"}),
-              QString("/tmp/a b"));
-}
-
 namespace {
 
-// Sets the machine's zone for one test and puts the previous one back.
-class MachineZone {
-public:
-    explicit MachineZone(const char *zone)
-        : previous_(qgetenv("TZ"))
-    {
-        setenv("TZ", zone, 1);
-        tzset();
-        icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone(zone));
-    }
-    ~MachineZone()
-    {
-        setenv("TZ", previous_.constData(), 1);
-        tzset();
-        icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone(previous_.constData()));
-    }
-
-private:
-    QByteArray previous_;
-};
-
-Instant utc(int year, int month, int day, int hour, int minute)
+void setMachineZone(const QByteArray &zone)
 {
-    return Instant::fromUnix(static_cast<double>(
-        QDateTime(QDate(year, month, day), QTime(hour, minute), QTimeZone::utc()).toSecsSinceEpoch()));
+    qputenv("TZ", zone);
+    tzset();
+    icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone(zone.constData()));
+}
+
+Instant utc(int month, int day, int hour, int minute)
+{
+    const QDateTime time(QDate(2026, month, day), QTime(hour, minute), QTimeZone::utc());
+    return Instant::fromUnix(time.toSecsSinceEpoch());
 }
 
 } // namespace
 
+TEST(Entry, SnapshotFolderFollowsTheSnapshotArgument)
+{
+    EXPECT_EQ(Entry::snapshotFolder({"orvel"}), std::nullopt);
+    EXPECT_EQ(Entry::snapshotFolder({"orvel", "--uskudar", "--snapshot"}), std::nullopt);
+    EXPECT_EQ(Entry::snapshotFolder({"orvel", "--now", "2026-03-10T12:30", "--snapshot", "/tmp/a b", "--uskudar"}),
+              QString("/tmp/a b"));
+    EXPECT_EQ(Snapshot::optionValue({"orvel", "--snapshot", "out", "--now"}, "--now"), std::nullopt);
+    EXPECT_EQ(Snapshot::optionValue({"orvel", "--now", "x", "--uskudar"}, "--now"), QString("x"));
+}
+
+TEST(Entry, HelpAndVersionAnswerWithoutStarting)
+{
+    for (const QString argument : {"--help", "--version"}) {
+        QProcess orvel;
+        orvel.start(ORVEL_EXECUTABLE, {argument});
+        ASSERT_TRUE(orvel.waitForFinished(30'000)) << argument.toStdString();
+        EXPECT_EQ(orvel.exitCode(), 0);
+        EXPECT_TRUE(orvel.readAllStandardOutput().startsWith(argument == "--help" ? "Kullanım: orvel" : "orvel "));
+    }
+}
+
 TEST(Snapshot, NowIsReadAsIstanbulTimeWhateverTheMachineZone)
 {
+    const auto restore = qScopeGuard([previous = qgetenv("TZ")] { setMachineZone(previous); });
     for (const char *machineZone : {"UTC", "America/New_York", "Asia/Tokyo"}) {
         SCOPED_TRACE(machineZone);
-        const MachineZone zone(machineZone);
-        EXPECT_EQ(Snapshot::parseNow("2026-03-10T12:30"), utc(2026, 3, 10, 9, 30));
-        EXPECT_EQ(Snapshot::parseNow("2026-07-01T00:05"), utc(2026, 6, 30, 21, 5));
+        setMachineZone(machineZone);
+        EXPECT_EQ(Snapshot::parseNow("2026-03-10T12:30"), utc(3, 10, 9, 30));
+        EXPECT_EQ(Snapshot::parseNow("2026-07-01T00:05"), utc(6, 30, 21, 5));
         // 02:30 on 2026-03-08 does not exist in New York; Istanbul has it.
-        EXPECT_EQ(Snapshot::parseNow("2026-03-08T02:30"), utc(2026, 3, 7, 23, 30));
+        EXPECT_EQ(Snapshot::parseNow("2026-03-08T02:30"), utc(3, 7, 23, 30));
     }
     for (const char *bad : {"", "2026-03-10", "2026-03-10 12:30", "2026-02-30T10:00", "2026-03-10T25:00",
                             "2026-03-10T12:30:00", "yarın"}) {
         SCOPED_TRACE(bad);
         EXPECT_EQ(Snapshot::parseNow(bad), std::nullopt);
     }
-    EXPECT_EQ(Snapshot::optionValue({"orvel", "--snapshot", "out", "--now"}, "--now"), std::nullopt);
-    EXPECT_EQ(Snapshot::optionValue({"orvel", "--now", "x", "--uskudar"}, "--now"), QString("x"));
+}
+
+// The built program, started as a user would, with its own home and no reachable web service.
+TEST(Snapshot, WritesThePicturesAndTheSummaryOffline)
+{
+    QTemporaryDir home;
+    const QString out = home.filePath("çıktı/alt");
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("HOME", home.path());
+    for (const char *folder : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        environment.insert(folder, home.filePath(folder));
+    environment.insert("TZ", "UTC");
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR"})
+        environment.remove(name);
+    QProcess orvel;
+    orvel.setProcessEnvironment(environment);
+    orvel.start(ORVEL_EXECUTABLE,
+                {"--now", "2026-03-10T12:30", "--snapshot", out, "--uskudar", "--service", "http://127.0.0.1:1"});
+    ASSERT_TRUE(orvel.waitForFinished(120'000)) << orvel.errorString().toStdString();
+    ASSERT_TRUE(orvel.exitStatus() == QProcess::NormalExit && orvel.exitCode() == 0)
+        << orvel.readAllStandardError().toStdString();
+
+    const DayTimes day = test::testDay();
+    QStringList times;
+    for (const Prayer::Value prayer : Prayer::allCases)
+        times << QString::fromUtf8(Prayer(prayer).name()) + ' '
+                + QString::fromStdString(OrvelFormat::time(day[prayer], Snapshot::uskudar().timeZone()));
+    EXPECT_EQ(QString::fromUtf8(orvel.readAllStandardOutput()),
+              "source=offline location=İstanbul, Üsküdar\n" + times.join("  ") + '\n');
+
+    std::map<QString, QImage> pictures;
+    for (const QString name : {"popover-light", "popover-dark", "menubar-light", "menubar-dark"}) {
+        SCOPED_TRACE(name.toStdString());
+        const QImage picture(QDir(out).filePath(name + ".png"));
+        ASSERT_FALSE(picture.isNull());
+        // Light and dark are drawn on different window colours.
+        const int gray = qGray(picture.pixel(4, 4));
+        EXPECT_TRUE(name.endsWith("light") ? gray > 160 : gray < 96) << gray;
+        pictures[name] = picture;
+    }
+    EXPECT_EQ(pictures["popover-light"].width(), 660);
+    EXPECT_GT(pictures["popover-light"].height(), 640);
+    EXPECT_EQ(pictures["popover-light"].size(), pictures["popover-dark"].size());
+    // Six rows of 22-point images, 8 points apart, 12 points of padding, at 2x.
+    EXPECT_GE(pictures["menubar-light"].height(), 2 * (12 + 6 * 22 + 5 * 8 + 12));
+    EXPECT_GT(pictures["menubar-light"].width(), 2 * (12 + 100 + 22));
+    // The user's own settings file was neither read nor written.
+    EXPECT_FALSE(QFile::exists(home.filePath("XDG_CONFIG_HOME/Orvel/Orvel.conf")));
+}
+
+// A crashed run leaves its socket file behind with nobody listening; the next start takes it
+// over, and every later start asks that one to show itself.
+TEST(SingleInstance, StaleSocketTakenOverAndLaterStartsAskToShow)
+{
+    const QString name = QDir::tempPath() + "/orvel-test-" + QUuid::createUuid().toString(QUuid::Id128) + ".socket";
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(name).constData(), sizeof(address.sun_path));
+    ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof(address)), 0);
+    ::close(fd);
+
+    SingleInstance first(name);
+    QSignalSpy shown(&first, &SingleInstance::showRequested);
+    ASSERT_EQ(first.claim(), SingleInstance::Claim::primary);
+    for (int start = 1; start <= 2; ++start) {
+        SingleInstance later(name);
+        EXPECT_EQ(later.claim(), SingleInstance::Claim::alreadyRunning);
+        ASSERT_TRUE(shown.wait(5000));
+        EXPECT_EQ(shown.count(), start);
+    }
+}
+
+TEST(SingleInstance, DefaultNameIsPrivateToTheUser)
+{
+    const QByteArray previous = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", QDir::tempPath().toUtf8());
+    EXPECT_EQ(SingleInstance::defaultServerName(), QDir::tempPath() + "/orvel.socket");
+    qunsetenv("XDG_RUNTIME_DIR");
+    EXPECT_TRUE(QRegularExpression("^orvel-[0-9a-f]{16}$").match(SingleInstance::defaultServerName()).hasMatch());
+    qputenv("XDG_RUNTIME_DIR", previous);
 }

@@ -4,34 +4,18 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 using namespace orvel;
 
 namespace {
 
-QString readAll(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromUtf8(file.readAll());
-}
-
-class ConfigHome {
-public:
-    ConfigHome()
-        : previous_(qgetenv("XDG_CONFIG_HOME"))
-    {
-        qputenv("XDG_CONFIG_HOME", dir_.path().toUtf8());
-    }
-    ~ConfigHome() { qputenv("XDG_CONFIG_HOME", previous_); }
-    QString path() const { return dir_.path(); }
-
-private:
-    QTemporaryDir dir_;
-    QByteArray previous_;
+// A configuration folder of the test's own for as long as it lives.
+struct ConfigHome {
+    QTemporaryDir dir;
+    QByteArray previous = qgetenv("XDG_CONFIG_HOME");
+    ConfigHome() { qputenv("XDG_CONFIG_HOME", dir.path().toUtf8()); }
+    ~ConfigHome() { qputenv("XDG_CONFIG_HOME", previous); }
 };
 
 } // namespace
@@ -39,44 +23,42 @@ private:
 TEST(LoginItem, WritesAndRemovesTheAutostartEntry)
 {
     const ConfigHome home;
-    const QString path = home.path() + "/autostart/orvel.desktop";
-    ASSERT_EQ(LoginItem::autostartPath(), path);
+    QFile file(home.dir.filePath("autostart/orvel.desktop"));
+    ASSERT_EQ(LoginItem::autostartPath(), file.fileName());
     EXPECT_FALSE(LoginItem::isEnabled());
-
     EXPECT_EQ(LoginItem::set(true), std::nullopt);
-    ASSERT_TRUE(QFileInfo::exists(path));
     EXPECT_TRUE(LoginItem::isEnabled());
-    const QStringList lines = readAll(path).split('\n');
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
+    file.close();
     EXPECT_EQ(lines.first(), "[Desktop Entry]");
-    EXPECT_TRUE(lines.contains("Type=Application"));
-    EXPECT_TRUE(lines.contains("Name=Orvel"));
-    EXPECT_TRUE(lines.contains("X-GNOME-Autostart-enabled=true"));
-    EXPECT_TRUE(lines.contains("Exec=\"" + QCoreApplication::applicationFilePath() + "\""));
+    for (const QString &line : {QString("Type=Application"), QString("X-GNOME-Autostart-enabled=true"),
+                                "Exec=\"" + QCoreApplication::applicationFilePath() + "\""})
+        EXPECT_TRUE(lines.contains(line)) << line.toStdString();
 
     // Turning it on twice keeps one entry; off removes it, and off again is no error.
     EXPECT_EQ(LoginItem::set(true), std::nullopt);
     EXPECT_EQ(LoginItem::set(false), std::nullopt);
-    EXPECT_FALSE(QFileInfo::exists(path));
+    EXPECT_FALSE(file.exists());
     EXPECT_FALSE(LoginItem::isEnabled());
     EXPECT_EQ(LoginItem::set(false), std::nullopt);
-}
 
-TEST(LoginItem, EntryQuotingAndStatesSwitchedOffByTheDesktop)
-{
-    const QString entry = LoginItem::desktopEntry(R"(/opt/my apps/"o$rvel"\100%/orvel)");
-    EXPECT_TRUE(entry.split('\n').contains(R"(Exec="/opt/my apps/\\"o\\$rvel\\"\\\\100%%/orvel")")) << entry.toStdString();
-
-    const ConfigHome home;
+    // An entry the desktop switched off is off.
     ASSERT_EQ(LoginItem::set(true), std::nullopt);
-    QFile file(LoginItem::autostartPath());
     ASSERT_TRUE(file.open(QIODevice::Append));
     file.write("Hidden=true\n");
     file.close();
     EXPECT_FALSE(LoginItem::isEnabled());
+}
+
+TEST(LoginItem, EntryQuotingAndUnwritableFolder)
+{
+    const QString entry = LoginItem::desktopEntry(R"(/opt/my apps/"o$rvel"\100%/orvel)");
+    EXPECT_TRUE(entry.split('\n').contains(R"(Exec="/opt/my apps/\\"o\\$rvel\\"\\\\100%%/orvel")")) << entry.toStdString();
 
     // A file where the autostart folder belongs cannot be written through, not even by root.
     const ConfigHome blocked;
-    QFile blocker(blocked.path() + "/autostart");
+    QFile blocker(blocked.dir.filePath("autostart"));
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
     const auto error = LoginItem::set(true);

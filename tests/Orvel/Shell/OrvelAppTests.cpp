@@ -2,11 +2,12 @@
 #include "Panel.h"
 #include "ShellTestSupport.h"
 #include "StatusItem.h"
+#include "Windows.h"
 
 #include <gtest/gtest.h>
 
-#include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QMenu>
 #include <QTest>
 
@@ -14,35 +15,21 @@ using namespace orvel;
 
 namespace {
 
-class FakeStatusItem : public StatusItem {
-public:
-    explicit FakeStatusItem(bool available)
-        : available_(available)
-    {
-    }
-    bool isAvailable() const override { return available_; }
+struct FakeStatusItem : StatusItem {
+    explicit FakeStatusItem(bool available) : available(available) {}
+    bool isAvailable() const override { return available; }
     void show() override { shown = true; }
     void update(const AppModel &) override { ++updates; }
-    void setMenu(QMenu *menu) override { this->menu = menu; }
+    void setMenu(QMenu *items) override { menu = items; }
     QRect geometry() const override { return {600, 0, 24, 24}; }
 
+    bool available;
     bool shown = false;
     int updates = 0;
     QMenu *menu = nullptr;
-
-private:
-    bool available_;
 };
 
-QAction *action(QMenu &menu, const QString &text)
-{
-    for (QAction *action : menu.actions())
-        if (action->text() == text)
-            return action;
-    return nullptr;
-}
-
-int windowsTitled(const QString &title)
+int visibleWindowsTitled(const QString &title)
 {
     int count = 0;
     for (QWidget *widget : QApplication::topLevelWidgets())
@@ -63,7 +50,6 @@ TEST(OrvelApp, StatusItemMenuAndPanel)
     EXPECT_FALSE(app.panel().isVisible());
     ASSERT_EQ(item.menu, &app.menu());
 
-    // The item is redrawn when the model changes.
     const int updates = item.updates;
     offline.moveTo(Snapshot::parseNow("2026-03-10T12:31").value());
     EXPECT_GT(item.updates, updates);
@@ -76,22 +62,22 @@ TEST(OrvelApp, StatusItemMenuAndPanel)
     emit item.activated(QPoint());
     EXPECT_FALSE(app.panel().isVisible());
 
-    // The panel's keyboard shortcut for the settings reaches the shell.
+    // The panel's shortcut for the settings reaches the shell.
     emit item.activated(QPoint());
     ASSERT_TRUE(QTest::qWaitForWindowActive(&app.panel()));
     QTest::keyClick(&app.panel(), Qt::Key_Comma, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([] { return windowsTitled("Ayarlar") == 1; }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([] { return visibleWindowsTitled("Ayarlar") == 1; }, 2000));
 
-    QAction *imsakiye = action(*item.menu, "İmsakiye");
-    QAction *settings = action(*item.menu, "Ayarlar…");
-    ASSERT_NE(imsakiye, nullptr);
-    ASSERT_NE(settings, nullptr);
-    ASSERT_NE(action(*item.menu, "Çık"), nullptr);
-    imsakiye->trigger();
-    imsakiye->trigger();
-    settings->trigger();
-    EXPECT_EQ(windowsTitled("İmsakiye"), 1);
-    EXPECT_EQ(windowsTitled("Ayarlar"), 1);
+    const QList<QAction *> actions = item.menu->actions();
+    QStringList texts;
+    for (const QAction *action : actions)
+        texts << action->text();
+    ASSERT_EQ(texts, (QStringList{"İmsakiye", "Ayarlar…", "", "Çık"}));
+    actions[0]->trigger();
+    actions[0]->trigger();
+    actions[1]->trigger();
+    EXPECT_EQ(visibleWindowsTitled("İmsakiye"), 1);
+    EXPECT_EQ(visibleWindowsTitled("Ayarlar"), 1);
 }
 
 TEST(OrvelApp, WithoutATrayThePanelIsAWindow)
@@ -101,8 +87,9 @@ TEST(OrvelApp, WithoutATrayThePanelIsAWindow)
     app.start();
     ASSERT_TRUE(app.panel().isVisible());
     EXPECT_EQ(app.panel().mode(), Panel::Mode::window);
-    app.panel().hide();
-    app.showPanel();
+    EXPECT_FALSE(app.panel().windowFlags().testFlag(Qt::FramelessWindowHint));
+    // Escape leaves a window open: there may be no other way back to it.
+    QTest::keyClick(&app.panel(), Qt::Key_Escape);
     EXPECT_TRUE(app.panel().isVisible());
 
     // The desktop's panel comes up after Orvel: the window gives way to the item's popup.
@@ -115,4 +102,58 @@ TEST(OrvelApp, WithoutATrayThePanelIsAWindow)
     app.showPanel();
     EXPECT_TRUE(app.panel().isVisible());
     EXPECT_EQ(app.panel().mode(), Panel::Mode::window);
+}
+
+TEST(Panel, PlacementUnderTheItemInsideTheScreen)
+{
+    const QRect top(0, 28, 1920, 1052); // a 28-pixel bar at the top
+    const QRect bottom(0, 0, 1920, 1040);
+    const QSize size(332, 600);
+    EXPECT_EQ(Panel::placement(size, QRect(900, 2, 24, 24), top), QPoint(911 - 166, 25 + 1 + 4));
+    EXPECT_EQ(Panel::placement(size, QRect(1890, 2, 24, 24), top).x(), 1920 - 332);
+    // With the bar at the bottom the panel opens above the item, and never over the bar.
+    EXPECT_EQ(Panel::placement(size, QRect(10, 1048, 24, 24), bottom), QPoint(0, 1040 - 600));
+    EXPECT_EQ(Panel::placement(size, QRect(600, 900, 24, 24), bottom), QPoint(611 - 166, 900 - 4 - 600));
+    EXPECT_EQ(Panel::placement(QSize(300, 2000), QRect(900, 2, 24, 24), top).y(), 28);
+    // The pointer as the anchor on a second screen.
+    EXPECT_EQ(Panel::placement(size, QRect(2500, 100, 1, 1), QRect(1920, 0, 1280, 1024)), QPoint(2500 - 166, 105));
+}
+
+TEST(Panel, PopupClosesOnEscapeOrFocusLoss)
+{
+    Panel panel;
+    panel.setContent(new QLabel("içerik"));
+    const QRect anchor(100, 0, 20, 20);
+    panel.toggle(anchor);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_FALSE(panel.isVisible());
+    // The click that took the focus away must not reopen the panel right away.
+    panel.toggle(anchor);
+    EXPECT_FALSE(panel.isVisible());
+
+    panel.showAt(anchor);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+    QTest::keyClick(&panel, Qt::Key_Escape);
+    EXPECT_FALSE(panel.isVisible());
+}
+
+TEST(Windows, OneWindowPerIdentifierMadeAgainOnlyWhenGone)
+{
+    Windows windows;
+    int made = 0;
+    windows.setFactory("imsakiye", [&made] {
+        ++made;
+        return Windows::placeholder("İmsakiye");
+    });
+    QWidget *first = windows.open("imsakiye");
+    first->close();
+    EXPECT_EQ(windows.open("imsakiye"), first);
+    EXPECT_TRUE(first->isVisible());
+    delete first;
+    EXPECT_NE(windows.open("imsakiye"), nullptr);
+    EXPECT_EQ(made, 2);
 }

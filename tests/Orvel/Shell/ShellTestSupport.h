@@ -3,6 +3,7 @@
 #include "AppModel.h"
 #include "Clock.h"
 #include "Defaults.h"
+#include "PrayerCalculator.h"
 #include "PrayerRepository.h"
 #include "Snapshot.h"
 
@@ -14,6 +15,12 @@
 #include <stdexcept>
 
 namespace orvel::test {
+
+// 10 March 2026 in Üsküdar, the day the shell tests live in.
+inline DayTimes testDay()
+{
+    return PrayerCalculator::times(DayKey{2026, 3, 10}, Snapshot::uskudar(), CalculationMethod::diyanet);
+}
 
 // A model on a clock the test drives, with settings in a temporary file and a web service that
 // never answers, so that every day comes from the calculator.
@@ -36,9 +43,9 @@ struct OfflineModel {
             });
         model = std::make_unique<AppModel>(std::nullopt, false, services);
         current = model.get();
-        QSignalSpy loaded(model.get(), &AppModel::loadFinished);
-        model->setLocation(Snapshot::uskudar());
-        if (model->isLoading())
+        QSignalSpy loaded(current, &AppModel::loadFinished);
+        current->setLocation(Snapshot::uskudar());
+        if (current->isLoading())
             loaded.wait(10'000);
     }
 

@@ -1,29 +1,198 @@
+#include "DBusMenu.h"
+#include "DBusStatusItem.h"
+#include "OrvelFormat.h"
 #include "ShellTestSupport.h"
+#include "StatusNotifierItem.h"
 #include "TrayPicture.h"
 #include "TrayStatusItem.h"
 
-#include "PrayerCalculator.h"
-
 #include <gtest/gtest.h>
+
+#include <QDBusPendingCall>
+#include <QMenu>
+#include <QMutex>
+#include <QProcess>
+#include <QScopeGuard>
+#include <QTest>
+#include <QThread>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
 
 using namespace orvel;
 
 namespace {
 
-int pixelsNear(const QImage &image, const QColor &color)
+// The panel's side: collects the items that register and counts what they announce.
+class FakeWatcher : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered MEMBER hostRegistered CONSTANT)
+
+public:
+    bool hostRegistered = true;
+    QStringList registered() const { const QMutexLocker lock(&mutex_); return registered_; }
+    std::atomic<int> icons = 0;
+    std::atomic<int> labels = 0;
+
+public slots:
+    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString &item)
+    {
+        const QMutexLocker lock(&mutex_);
+        registered_ << item;
+    }
+    void newIcon() { ++icons; }
+    void newLabel(const QString &, const QString &) { ++labels; }
+
+private:
+    mutable QMutex mutex_;
+    QStringList registered_;
+};
+
+// Calls without blocking, so that the item, served by this thread, can answer.
+QDBusMessage call(QDBusConnection &connection, const QString &service, const QString &path, const QString &interface,
+                  const QString &method, const QVariantList &arguments = {})
 {
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor pixel = image.pixelColor(x, y);
-            if (pixel.alpha() > 200 && std::abs(pixel.red() - color.red()) < 12
-                && std::abs(pixel.green() - color.green()) < 12 && std::abs(pixel.blue() - color.blue()) < 12)
-                ++count;
-        }
-    return count;
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    QDBusPendingCall pending = connection.asyncCall(message);
+    (void)QTest::qWaitFor([&] { return pending.isFinished(); }, 5000);
+    return pending.reply();
+}
+
+QVariant property(QDBusConnection &connection, const QString &service, const QString &name)
+{
+    const QDBusMessage reply = call(connection, service, "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+                                    {"org.kde.StatusNotifierItem", name});
+    return reply.arguments().value(0).value<QDBusVariant>().variant();
+}
+
+int pixelsNear(const QImage &picture, const QColor &color)
+{
+    const QImage image = picture.convertToFormat(QImage::Format_ARGB32);
+    const auto *pixels = reinterpret_cast<const QRgb *>(image.constBits());
+    return std::count_if(pixels, pixels + image.width() * image.height(), [&](QRgb pixel) {
+        return qAlpha(pixel) > 200 && std::abs(qRed(pixel) - color.red()) < 12
+            && std::abs(qGreen(pixel) - color.green()) < 12 && std::abs(qBlue(pixel) - color.blue()) < 12;
+    });
 }
 
 } // namespace
+
+TEST(StatusNotifierItem, PixmapsAreArgbInNetworkOrder)
+{
+    QImage image(2, 1, QImage::Format_ARGB32);
+    image.setPixel(0, 0, qRgba(0x11, 0x22, 0x33, 0xff));
+    image.setPixel(1, 0, qRgba(0, 0, 0, 0));
+    const SniPixmap pixmap = SniPixmap::from(image);
+    EXPECT_EQ(QSize(pixmap.width, pixmap.height), QSize(2, 1));
+    EXPECT_EQ(pixmap.argb, QByteArray::fromHex("ff11223300000000"));
+}
+
+TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
+{
+    // A bus of the test's own, so that nothing reaches the desktop's panel; each side has a
+    // connection of its own, as separate processes would.
+    QProcess daemon;
+    daemon.start("dbus-daemon", {"--config-file=/usr/share/dbus-1/session.conf", "--nofork", "--print-address=1"});
+    if (!daemon.waitForStarted(5000) || !daemon.waitForReadyRead(5000))
+        GTEST_SKIP() << "dbus-daemon is not available";
+    const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
+    const auto disconnect = qScopeGuard([] {
+        QDBusConnection::disconnectFromBus("orvel-side");
+        QDBusConnection::disconnectFromBus("panel-side");
+    });
+    const QDBusConnection orvelSide = QDBusConnection::connectToBus(address, "orvel-side");
+    QDBusConnection panelSide = QDBusConnection::connectToBus(address, "panel-side");
+
+    const DayTimes day = test::testDay();
+    const Instant start = day[Prayer::ogle] + 3600;
+    test::OfflineModel offline(start);
+    AppModel &model = *offline.model;
+
+    DBusStatusItem item(orvelSide);
+    EXPECT_FALSE(item.isAvailable());
+    QSignalSpy availability(&item, &StatusItem::availabilityChanged);
+
+    // The panel comes up later, as another process: its watcher answers from a thread of its own.
+    QThread panelThread;
+    FakeWatcher watcher;
+    watcher.moveToThread(&panelThread);
+    panelThread.start();
+    panelSide.registerObject("/StatusNotifierWatcher", &watcher, QDBusConnection::ExportAllContents);
+    panelSide.registerService("org.kde.StatusNotifierWatcher");
+    const auto stopPanel = qScopeGuard([&] {
+        panelSide.unregisterObject("/StatusNotifierWatcher");
+        panelThread.quit();
+        panelThread.wait();
+    });
+    EXPECT_TRUE(item.isAvailable());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return availability.count() >= 1; }, 5000));
+    EXPECT_EQ(availability.count(), 1) << "only a real change is told";
+    EXPECT_TRUE(availability.first().first().toBool());
+
+    QMenu menu;
+    QAction *imsakiye = menu.addAction("İmsakiye");
+    menu.addSeparator();
+    menu.addAction("Çık");
+    item.setMenu(&menu);
+    item.update(model);
+    item.show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher.registered().isEmpty(); }, 5000));
+    // A watcher that appears just before the item shows may hear of it twice; it keeps one.
+    const QString service = item.serviceName();
+    const QStringList registered = watcher.registered();
+    EXPECT_EQ(registered.count(service), registered.size());
+
+    const int minutesLeft = static_cast<int>(std::ceil((day[Prayer::ikindi] - start) / 60));
+    EXPECT_EQ(property(panelSide, service, "XAyatanaLabel").toString(),
+              "İkindi " + QString::fromStdString(OrvelFormat::compact(minutesLeft)));
+    EXPECT_EQ(property(panelSide, service, "Menu").value<QDBusObjectPath>().path(), "/MenuBar");
+    SniToolTip toolTip;
+    property(panelSide, service, "ToolTip").value<QDBusArgument>() >> toolTip;
+    EXPECT_EQ(toolTip.text, model.accessibilityLabel());
+    SniPixmaps pixmaps;
+    property(panelSide, service, "IconPixmap").value<QDBusArgument>() >> pixmaps;
+    ASSERT_FALSE(pixmaps.isEmpty());
+    EXPECT_EQ(pixmaps.first().width, pixmaps.first().height);
+    EXPECT_EQ(pixmaps.first().argb.size(), pixmaps.first().width * pixmaps.first().height * 4);
+
+    // A minute later the label changes but the picture does not; at the prayer's entry both do.
+    const QString path = "/StatusNotifierItem", sni = "org.kde.StatusNotifierItem";
+    panelSide.connect(service, path, sni, "NewIcon", &watcher, SLOT(newIcon()));
+    panelSide.connect(service, path, sni, "XAyatanaNewLabel", &watcher, SLOT(newLabel(QString, QString)));
+    offline.moveTo(start + 60);
+    item.update(model);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return watcher.labels == 1; }, 5000));
+    offline.moveTo(day[Prayer::ikindi] + 10);
+    item.update(model);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return watcher.icons == 1; }, 5000));
+    EXPECT_EQ(property(panelSide, service, "XAyatanaLabel").toString(), "İkindi vakti");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return watcher.labels == 2; }, 5000));
+
+    QSignalSpy activated(&item, &StatusItem::activated);
+    call(panelSide, service, path, sni, "Activate", {120, 4});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return activated.count() == 1; }, 5000));
+    EXPECT_EQ(activated.first().first().toPoint(), QPoint(120, 4));
+
+    // The panel draws the menu from its layout and sends the chosen item back.
+    DBusMenu::registerTypes();
+    const QDBusMessage layoutReply =
+        call(panelSide, service, "/MenuBar", "com.canonical.dbusmenu", "GetLayout", {0, -1, QStringList()});
+    ASSERT_EQ(layoutReply.type(), QDBusMessage::ReplyMessage) << layoutReply.errorMessage().toStdString();
+    DBusMenuLayoutItem layout;
+    layoutReply.arguments().at(1).value<QDBusArgument>() >> layout;
+    QStringList labels;
+    for (const DBusMenuLayoutItem &child : layout.children)
+        labels << child.properties.value("label", child.properties.value("type")).toString();
+    EXPECT_EQ(labels, (QStringList{"İmsakiye", "separator", "Çık"}));
+
+    QSignalSpy triggered(imsakiye, &QAction::triggered);
+    call(panelSide, service, "/MenuBar", "com.canonical.dbusmenu", "Event",
+         {layout.children.first().id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0u});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return triggered.count() == 1; }, 5000));
+}
 
 TEST(TrayPicture, StatesAreDrawnIntoTheSquare)
 {
@@ -31,67 +200,44 @@ TEST(TrayPicture, StatesAreDrawnIntoTheSquare)
         const QImage normal = TrayPicture::image(TrayPicture::State::normal, appearance, 44);
         const QImage kerahat = TrayPicture::image(TrayPicture::State::kerahat, appearance, 44);
         const QImage entry = TrayPicture::image(TrayPicture::State::entry, appearance, 44);
-        EXPECT_EQ(normal.size(), QSize(44, 44));
+        // The crescent is dark on a light desktop and light on a dark one.
+        EXPECT_GT(pixelsNear(normal, appearance == Appearance::light ? QColor(30, 30, 30) : QColor(245, 245, 245)), 40);
         EXPECT_EQ(pixelsNear(normal, Colors::systemOrange(appearance)), 0);
         EXPECT_EQ(pixelsNear(normal, Colors::orvelPill()), 0);
         EXPECT_GT(pixelsNear(kerahat, Colors::systemOrange(appearance)), 40);
         EXPECT_GT(pixelsNear(entry, Colors::orvelPill()), 400);
         EXPECT_GT(pixelsNear(entry, Qt::white), 40);
     }
-    // The crescent is dark on a light desktop and light on a dark one.
-    const QImage light = TrayPicture::image(TrayPicture::State::normal, Appearance::light, 44);
-    const QImage dark = TrayPicture::image(TrayPicture::State::normal, Appearance::dark, 44);
-    EXPECT_GT(pixelsNear(light, QColor(30, 30, 30)), 40);
-    EXPECT_GT(pixelsNear(dark, QColor(245, 245, 245)), 40);
 }
 
-// The item follows the model minute by minute but draws a new picture only when it changes.
+// The tray follows the model minute by minute but draws a new picture only when it changes.
 TEST(TrayStatusItem, FollowsTheModelAndRedrawsOnlyOnChange)
 {
-    const Location place = Snapshot::uskudar();
-    const DayTimes day = PrayerCalculator::times(DayKey{2026, 3, 10}, place, CalculationMethod::diyanet);
+    const DayTimes day = test::testDay();
     test::OfflineModel offline(day[Prayer::ogle] + 3600);
     AppModel &model = *offline.model;
-    ASSERT_TRUE(model.today().has_value());
     Colors::forceAppearance(Appearance::light);
-
     TrayStatusItem item;
-    item.update(model);
-    EXPECT_EQ(item.redrawCount(), 1);
-    EXPECT_EQ(TrayPicture::state(model), TrayPicture::State::normal);
-    EXPECT_EQ(item.toolTip(), model.accessibilityLabel());
-    EXPECT_NE(item.toolTip(), "Orvel");
-
-    item.update(model);
+    const auto expect = [&](TrayPicture::State state, int redraws) {
+        item.update(model);
+        EXPECT_EQ(TrayPicture::state(model), state);
+        EXPECT_EQ(item.redrawCount(), redraws);
+        EXPECT_EQ(item.toolTip(), model.accessibilityLabel());
+    };
+    expect(TrayPicture::State::normal, 1);
     offline.moveTo(day[Prayer::ogle] + 3660);
-    item.update(model);
-    EXPECT_EQ(item.redrawCount(), 1);
-    EXPECT_EQ(item.toolTip(), model.accessibilityLabel());
-
+    expect(TrayPicture::State::normal, 1);
     offline.moveTo(day[Prayer::ogle] + 20);
-    item.update(model);
-    EXPECT_EQ(TrayPicture::state(model), TrayPicture::State::entry);
-    EXPECT_EQ(item.redrawCount(), 2);
-
+    expect(TrayPicture::State::entry, 2);
     offline.moveTo(day[Prayer::gunes] + 600);
-    item.update(model);
-    EXPECT_EQ(TrayPicture::state(model), TrayPicture::State::kerahat);
-    EXPECT_EQ(item.redrawCount(), 3);
-    EXPECT_TRUE(item.toolTip().endsWith(", kerahat vakti"));
-    offline.moveTo(day[Prayer::gunes] + 660);
-    item.update(model);
-    EXPECT_EQ(item.redrawCount(), 3);
-
-    // Without the dot setting the picture goes back to the plain crescent; the label still says it.
+    expect(TrayPicture::State::kerahat, 3);
+    // Without the dot the picture goes back to the plain crescent.
     model.setKerahatMenuDot(false);
-    item.update(model);
-    EXPECT_EQ(TrayPicture::state(model), TrayPicture::State::normal);
-    EXPECT_EQ(item.redrawCount(), 4);
-    EXPECT_TRUE(item.toolTip().endsWith(", kerahat vakti"));
-
+    expect(TrayPicture::State::normal, 4);
     // A darker desktop asks for a light crescent.
     Colors::forceAppearance(Appearance::dark);
-    item.update(model);
-    EXPECT_EQ(item.redrawCount(), 5);
+    expect(TrayPicture::State::normal, 5);
     Colors::forceAppearance(std::nullopt);
 }
+
+#include "StatusItemTests.moc"
