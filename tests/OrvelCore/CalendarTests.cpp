@@ -1,5 +1,7 @@
 #include "Calendars.h"
 #include "DayKey.h"
+#include "HijriDate.h"
+#include "Ramadan.h"
 #include "TimeZone.h"
 
 #include <gtest/gtest.h>
@@ -13,23 +15,14 @@ Instant utc(int64_t year, int64_t month, int64_t day, int64_t hour = 0, int64_t 
     return Instant::fromUnix(static_cast<double>(Calendars::daysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60 + second));
 }
 
-TimeZone zone(const char *id)
-{
-    const auto found = TimeZone::known(id);
-    EXPECT_TRUE(found.has_value()) << id;
-    return found ? *found : TimeZone::utc();
-}
+const TimeZone berlin = TimeZone::named("Europe/Berlin");
+const TimeZone santiago = TimeZone::named("America/Santiago");
 
 } // namespace
 
 TEST(Calendars, gregorianDayNumbers)
 {
     EXPECT_EQ(Calendars::daysFromCivil(1970, 1, 1), 0);
-    EXPECT_EQ(Calendars::daysFromCivil(2001, 1, 1), 11323);
-    EXPECT_EQ(Calendars::daysFromCivil(1969, 12, 31), -1);
-    EXPECT_EQ(Calendars::civilFromDays(-1), (CalendarDate{1969, 12, 31}));
-    EXPECT_EQ(Calendars::civilFromDays(Calendars::daysFromCivil(2000, 2, 29)), (CalendarDate{2000, 2, 29}));
-
     // Every day of four centuries, both ways, one day apart.
     CalendarDate previous = Calendars::civilFromDays(Calendars::daysFromCivil(1800, 1, 1) - 1);
     for (int64_t n = Calendars::daysFromCivil(1800, 1, 1); n < Calendars::daysFromCivil(2200, 1, 1); ++n) {
@@ -40,56 +33,25 @@ TEST(Calendars, gregorianDayNumbers)
         ASSERT_TRUE(nextInMonth || firstOfNext) << n;
         previous = date;
     }
-
-    EXPECT_EQ(Calendars::daysInMonth(1900, 2), 28);
-    EXPECT_EQ(Calendars::daysInMonth(2000, 2), 29);
-    EXPECT_EQ(Calendars::daysInMonth(2024, 2), 29);
-    EXPECT_EQ(Calendars::daysInMonth(2025, 4), 30);
-    EXPECT_EQ(Calendars::daysInMonth(2025, 12), 31);
 }
 
-TEST(Calendars, civilAroundDaylightSavingChanges)
+TEST(Calendars, civilTimeAndStartOfDayAroundClockChanges)
 {
-    const TimeZone berlin = zone("Europe/Berlin");
-    // Spring forward at 02:00 CET: 01:59:59 is followed by 03:00:00.
-    EXPECT_EQ(Calendars::civil(utc(2025, 3, 30, 0, 59, 59), berlin), (CivilTime{2025, 3, 30, 1, 59, 59}));
+    // Spring forward at 02:00 CET; fall back at 03:00 CEST, so 02:30 is read twice.
     EXPECT_EQ(Calendars::civil(utc(2025, 3, 30, 1), berlin), (CivilTime{2025, 3, 30, 3, 0, 0}));
-    // Fall back at 03:00 CEST: 02:00–02:59 is read twice.
     EXPECT_EQ(Calendars::civil(utc(2025, 10, 26, 0, 30), berlin), (CivilTime{2025, 10, 26, 2, 30, 0}));
     EXPECT_EQ(Calendars::civil(utc(2025, 10, 26, 1, 30), berlin), (CivilTime{2025, 10, 26, 2, 30, 0}));
-    EXPECT_EQ(berlin.offsetSeconds(utc(2025, 10, 26, 0, 30)), 7200);
-    EXPECT_EQ(berlin.offsetSeconds(utc(2025, 10, 26, 1, 30)), 3600);
-    // Before 1970 and in a zone west of Greenwich.
     EXPECT_EQ(Calendars::civil(utc(1969, 12, 31, 23, 59, 59), TimeZone::utc()), (CivilTime{1969, 12, 31, 23, 59, 59}));
-    EXPECT_EQ(Calendars::civil(utc(2025, 11, 2, 6), zone("America/New_York")), (CivilTime{2025, 11, 2, 1, 0, 0}));
 
-    // The same instant is a different calendar day in different zones.
-    const Instant lateEvening = utc(2025, 6, 20, 22, 30);
-    EXPECT_EQ(DayKey::from(lateEvening, zone("Europe/Istanbul")), (DayKey{2025, 6, 21}));
-    EXPECT_EQ(DayKey::from(lateEvening, TimeZone::utc()), (DayKey{2025, 6, 20}));
-    EXPECT_EQ(DayKey::from(lateEvening, zone("America/New_York")), (DayKey{2025, 6, 20}));
-}
-
-TEST(Calendars, startOfDay)
-{
-    EXPECT_EQ(Calendars::startOfDay(2025, 6, 21, zone("Europe/Istanbul")), utc(2025, 6, 20, 21));
-    EXPECT_EQ(Calendars::startOfDay(2025, 6, 21, TimeZone::utc()), utc(2025, 6, 21));
+    EXPECT_EQ(Calendars::startOfDay(2025, 6, 21, TimeZone::named("Europe/Istanbul")), utc(2025, 6, 20, 21));
     // Days whose change happens after midnight start at 00:00 of the old offset.
-    EXPECT_EQ(Calendars::startOfDay(2025, 3, 30, zone("Europe/Berlin")), utc(2025, 3, 29, 23));
-    EXPECT_EQ(Calendars::startOfDay(2025, 10, 26, zone("Europe/Berlin")), utc(2025, 10, 25, 22));
+    EXPECT_EQ(Calendars::startOfDay(2025, 3, 30, berlin), utc(2025, 3, 29, 23));
+    EXPECT_EQ(Calendars::startOfDay(2025, 10, 26, berlin), utc(2025, 10, 25, 22));
 
-    // Santiago and Beirut jump from 00:00 straight to 01:00: the day begins at 01:00.
-    const TimeZone santiago = zone("America/Santiago");
+    // Santiago jumps from 00:00 straight to 01:00: the day begins at 01:00.
     const Instant santiagoStart = Calendars::startOfDay(2024, 9, 8, santiago);
     EXPECT_EQ(santiagoStart, utc(2024, 9, 8, 4));
-    EXPECT_EQ(Calendars::civil(santiagoStart, santiago), (CivilTime{2024, 9, 8, 1, 0, 0}));
     EXPECT_EQ(Calendars::civil(santiagoStart - 1, santiago), (CivilTime{2024, 9, 7, 23, 59, 59}));
-    EXPECT_EQ(Calendars::startOfDay(2024, 9, 9, santiago) - santiagoStart, 23 * 3600);
-
-    const TimeZone beirut = zone("Asia/Beirut");
-    const Instant beirutStart = Calendars::startOfDay(2025, 3, 30, beirut);
-    EXPECT_EQ(Calendars::civil(beirutStart, beirut), (CivilTime{2025, 3, 30, 1, 0, 0}));
-    EXPECT_EQ(DayKey::from(beirutStart - 1, beirut), (DayKey{2025, 3, 29}));
 
     // Santiago falls back at midnight: 00:00 then exists once, after the repeated hour.
     const Instant autumnStart = Calendars::startOfDay(2025, 4, 6, santiago);
@@ -97,23 +59,59 @@ TEST(Calendars, startOfDay)
     EXPECT_EQ(DayKey::from(autumnStart - 1, santiago), (DayKey{2025, 4, 5}));
 }
 
-TEST(Calendars, zonesByName)
+// Official first days of Ramadan in the Umm al-Qura calendar of Saudi Arabia.
+TEST(HijriDate, approximationFollowsUmmAlQuraAndNames)
 {
-    EXPECT_FALSE(TimeZone::known("Nowhere/Atlantis").has_value());
-    EXPECT_FALSE(TimeZone::known("").has_value());
-    EXPECT_EQ(TimeZone::named("Nowhere/Atlantis").id(), "Europe/Istanbul");
-    EXPECT_EQ(TimeZone::named("Asia/Riyadh").id(), "Asia/Riyadh");
-    EXPECT_EQ(TimeZone::utc().offsetSeconds(utc(2025, 6, 21)), 0);
-    EXPECT_EQ(zone("Asia/Kolkata").offsetSeconds(utc(2025, 6, 21)), 19800);
-}
+    const struct { int64_t year; DayKey first; int64_t lastOfShaban; } starts[] = {
+        {1441, {2020, 4, 24}, 30}, {1444, {2023, 3, 23}, 30}, {1445, {2024, 3, 11}, 29}, {1446, {2025, 3, 1}, 29}, {1447, {2026, 2, 18}, 29},
+    };
+    for (const auto &start : starts) {
+        SCOPED_TRACE(start.first.description());
+        // Reckoned at noon UTC: the local midnight of a zone east of Greenwich must not pull
+        // the date back a day.
+        EXPECT_EQ(HijriDate::approximate(start.first), (HijriDate{1, 9, start.year}));
+        EXPECT_EQ(HijriDate::approximate(start.first.adding(-1)), (HijriDate{start.lastOfShaban, 8, start.year}));
+        const auto days = Ramadan::candidateDays(start.year);
+        ASSERT_EQ(days.size(), 34u);
+        EXPECT_EQ(days[2], start.first);
+    }
+    EXPECT_EQ(HijriDate::approximate({2025, 3, 30}), (HijriDate{1, 10, 1446}));
 
-TEST(Calendars, ummAlQura)
-{
-    // 1 Ramadan 1446 was Saturday 1 March 2025 in Saudi Arabia.
-    EXPECT_EQ(Calendars::ummAlQura(utc(2025, 3, 1, 12)), (CalendarDate{1446, 9, 1}));
-    EXPECT_EQ(Calendars::ummAlQura(utc(2025, 2, 28, 23, 59, 59)), (CalendarDate{1446, 8, 29}));
-    EXPECT_EQ(Calendars::fromUmmAlQura(1446, 9, 1), utc(2025, 3, 1));
-    EXPECT_EQ(Calendars::fromUmmAlQura(1446, 10, 1), utc(2025, 3, 30));
+    const Instant firstOfRamadan = utc(2025, 3, 1);
+    EXPECT_EQ(Calendars::fromUmmAlQura(1446, 9, 1), firstOfRamadan);
+    EXPECT_EQ(Calendars::fromUmmAlQura(1446, 10, 1), firstOfRamadan + 29 * 86400);
     EXPECT_FALSE(Calendars::fromUmmAlQura(1446, 13, 1).has_value());
     EXPECT_FALSE(Calendars::fromUmmAlQura(1446, 9, 0).has_value());
+
+    EXPECT_EQ((HijriDate{29, 8, 1446}.formatted()), "29 Şaban 1446");
+    // A month number out of range from the service is clamped, never an index out of bounds.
+    EXPECT_EQ((HijriDate{1, -3, 1447}.monthName()), "Muharrem");
+    EXPECT_EQ((HijriDate{1, 13, 1447}.monthName()), "Zilhicce");
+}
+
+TEST(Ramadan, daysOfTheMonthAndCandidateDays)
+{
+    const DayKey day{2025, 3, 1};
+    const auto withHijri = [](const DayKey &on, std::optional<HijriDate> hijri) { return DayTimes{on, {}, hijri}; };
+    EXPECT_EQ(Ramadan::dayNumber(withHijri(day, HijriDate{30, 8, 1446})), std::nullopt);
+    EXPECT_TRUE(Ramadan::isRamadan(withHijri(day, HijriDate{30, 9, 1446})));
+    EXPECT_FALSE(Ramadan::isRamadan(withHijri(day, HijriDate{1, 10, 1446})));
+    // Without a stored date the calendar decides.
+    EXPECT_EQ(Ramadan::dayNumber(withHijri({2025, 3, 26}, std::nullopt)), 26);
+
+    EXPECT_TRUE(Ramadan::isKadirEve(withHijri(day, HijriDate{26, 9, 1446})));
+    EXPECT_FALSE(Ramadan::isKadirEve(withHijri(day, HijriDate{27, 9, 1446})));
+    EXPECT_TRUE(Ramadan::isKadirEve(withHijri({2025, 3, 26}, std::nullopt)));
+
+    EXPECT_EQ(Ramadan::upcomingYear(withHijri(day, HijriDate{29, 8, 1446})), 1446);
+    EXPECT_EQ(Ramadan::upcomingYear(withHijri(day, HijriDate{1, 10, 1446})), 1447);
+
+    // 1 Ramadan 1452 is 26 December 2030: the candidates run across the year's end.
+    const auto days = Ramadan::candidateDays(1452);
+    ASSERT_EQ(days.size(), 34u);
+    EXPECT_EQ(days.front(), (DayKey{2030, 12, 24}));
+    EXPECT_EQ(days[2], (DayKey{2030, 12, 26}));
+    EXPECT_EQ(days.back(), (DayKey{2031, 1, 26}));
+    EXPECT_TRUE(Ramadan::candidateDays(0).empty());
+    EXPECT_TRUE(Ramadan::candidateDays(4294967296LL + 1446).empty());
 }

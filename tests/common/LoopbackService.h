@@ -32,16 +32,11 @@ public:
     void start()
     {
         server_.Get(".*", [this](const httplib::Request &request, httplib::Response &response) {
-            Responder responder;
-            {
-                const std::lock_guard lock(mutex_);
-                requests_.push_back(request);
-                responder = responder_;
-            }
-            if (responder)
-                responder(request, response);
-            else
-                response.status = 404;
+            std::unique_lock lock(mutex_);
+            requests_.push_back(request);
+            const Responder responder = responder_;
+            lock.unlock();
+            responder(request, response);
         });
         port_ = server_.bind_to_any_port("127.0.0.1");
         thread_ = std::thread([this] { server_.listen_after_bind(); });
@@ -52,10 +47,10 @@ public:
 
     void stop()
     {
-        if (!thread_.joinable())
-            return;
-        server_.stop();
-        thread_.join();
+        if (thread_.joinable()) {
+            server_.stop();
+            thread_.join();
+        }
     }
 
     ~LoopbackService() { stop(); }
@@ -87,7 +82,7 @@ private:
     int port_ = 0;
     std::thread thread_;
     mutable std::mutex mutex_;
-    Responder responder_;
+    Responder responder_ = [](const httplib::Request &, httplib::Response &response) { response.status = 404; };
     std::vector<httplib::Request> requests_;
 };
 
