@@ -1,15 +1,11 @@
+#include "../Notifications/PrivateBus.h"
 #include "linux/LinuxSystemEvents.h"
 #include "unix/UnixQuitSignals.h"
 
 #include <gtest/gtest.h>
 
-#include <QDBusConnection>
 #include <QDBusMessage>
-#include <QFile>
-#include <QProcess>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -25,39 +21,6 @@ bool writeFile(const QString &path, const QByteArray &bytes)
     QFile file(path);
     return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
 }
-
-// A bus of the test's own on which it can play logind and timedated.
-class PrivateBus {
-public:
-    PrivateBus()
-    {
-        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
-            return;
-        daemon_.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                                      QStringLiteral("--print-address")});
-        if (!daemon_.waitForStarted() || !daemon_.waitForReadyRead(eventWaitMs))
-            return;
-        address_ = QString::fromUtf8(daemon_.readLine().trimmed());
-    }
-    ~PrivateBus()
-    {
-        for (const QString &name : names_)
-            QDBusConnection::disconnectFromBus(name);
-        daemon_.kill();
-        daemon_.waitForFinished();
-    }
-    bool isUp() const { return !address_.isEmpty(); }
-    QDBusConnection connect(const QString &name)
-    {
-        names_.append(name);
-        return QDBusConnection::connectToBus(address_, name);
-    }
-
-private:
-    QProcess daemon_;
-    QString address_;
-    QStringList names_;
-};
 
 TEST(LinuxSystemEvents, ZoneFileReplacedOrEditedIsAZoneChange)
 {
@@ -83,37 +46,29 @@ TEST(LinuxSystemEvents, ZoneFileReplacedOrEditedIsAZoneChange)
 
 TEST(LinuxSystemEvents, LogindWakeAndTimedatedZoneOnTheSystemBus)
 {
-    PrivateBus bus;
-    if (!bus.isUp())
-        GTEST_SKIP() << "no dbus-daemon to run a private bus";
+    test::PrivateBus bus;
     const QTemporaryDir folder;
-    LinuxSystemEvents events(bus.connect(QStringLiteral("events")), folder.filePath("localtime"));
+    LinuxSystemEvents events(bus.connect(), folder.filePath("localtime"));
     ASSERT_TRUE(events.watchesSleep());
     QSignalSpy woke(&events, &SystemEvents::wokeFromSleep);
     QSignalSpy zoneChanged(&events, &SystemEvents::timeZoneChanged);
 
-    QDBusConnection system = bus.connect(QStringLiteral("system"));
-    ASSERT_TRUE(system.registerService(QStringLiteral("org.freedesktop.login1")));
-    ASSERT_TRUE(system.registerService(QStringLiteral("org.freedesktop.timedate1")));
+    QDBusConnection system = bus.connect(); // plays logind and timedated
+    ASSERT_TRUE(system.registerService("org.freedesktop.login1"));
+    ASSERT_TRUE(system.registerService("org.freedesktop.timedate1"));
 
-    const auto sleep = [&](bool start) {
-        QDBusMessage signal = QDBusMessage::createSignal(
-            QStringLiteral("/org/freedesktop/login1"), QStringLiteral("org.freedesktop.login1.Manager"),
-            QStringLiteral("PrepareForSleep"));
-        signal << start;
-        return system.send(signal);
-    };
-    ASSERT_TRUE(sleep(true));
-    ASSERT_TRUE(sleep(false));
+    for (const bool starting : {true, false}) {
+        QDBusMessage signal = QDBusMessage::createSignal("/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+                                                         "PrepareForSleep");
+        ASSERT_TRUE(system.send(signal << starting));
+    }
     ASSERT_TRUE(woke.wait(eventWaitMs));
     EXPECT_EQ(woke.count(), 1) << "going to sleep is no wake";
 
     const auto properties = [&](const QVariantMap &changed, const QStringList &invalidated) {
-        QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/timedate1"),
-                                                         QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                         QStringLiteral("PropertiesChanged"));
-        signal << QStringLiteral("org.freedesktop.timedate1") << changed << invalidated;
-        return system.send(signal);
+        QDBusMessage signal = QDBusMessage::createSignal("/org/freedesktop/timedate1",
+                                                         "org.freedesktop.DBus.Properties", "PropertiesChanged");
+        return system.send(signal << QStringLiteral("org.freedesktop.timedate1") << changed << invalidated);
     };
     ASSERT_TRUE(properties({{QStringLiteral("NTP"), true}}, {}));
     ASSERT_TRUE(properties({{QStringLiteral("Timezone"), QStringLiteral("Asia/Tokyo")}}, {}));
@@ -122,7 +77,6 @@ TEST(LinuxSystemEvents, LogindWakeAndTimedatedZoneOnTheSystemBus)
     ASSERT_TRUE(zoneChanged.wait(eventWaitMs));
     EXPECT_EQ(zoneChanged.count(), 2);
 }
-
 
 TEST(UnixQuitSignals, TerminationReachesTheEventLoopAndHandlersComeBack)
 {

@@ -1,0 +1,551 @@
+#include "AdhanPlayer.h"
+#include "AppModel.h"
+#include "Defaults.h"
+#include "HijriDate.h"
+#include "NotificationBackend.h"
+#include "NotificationScheduler.h"
+#include "OrvelFormat.h"
+#include "PrayerCalculator.h"
+#include "SoundLibrary.h"
+#include "SystemEvents.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <mutex>
+
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+
+namespace orvel::test {
+namespace {
+
+constexpr int loadWaitMs = 10000;
+
+// An instant given as wall-clock time in a zone.
+Instant at(int64_t year, int64_t month, int64_t day, int hour, int minute, int second = 0,
+           std::string_view zone = "Europe/Istanbul")
+{
+    return DayKey{year, month, day}.start(TimeZone::named(zone)) + hour * 3600.0 + minute * 60.0 + second;
+}
+
+// The online source as the repository sees it: whole months from the calculator, a failure on
+// demand, and the months of one place held back until released.
+struct MonthSource : std::enable_shared_from_this<MonthSource> {
+    PrayerRepository::MonthFetch fetch()
+    {
+        return [self = shared_from_this()](MonthKey month, const Location &location, CalculationMethod method) {
+            std::unique_lock lock(self->mutex);
+            self->asked.push_back(month);
+            self->released.wait(lock, [&] { return self->heldPlace != location.name; });
+            if (self->failing)
+                throw std::runtime_error("no network");
+            std::vector<DayTimes> days;
+            for (const DayKey &day : month.days())
+                days.push_back(PrayerCalculator::times(day, location, method));
+            return days;
+        };
+    }
+    void release()
+    {
+        const std::lock_guard lock(mutex);
+        heldPlace.clear();
+        released.notify_all();
+    }
+    std::vector<MonthKey> askedSoFar()
+    {
+        const std::lock_guard lock(mutex);
+        return asked;
+    }
+
+    std::mutex mutex;
+    std::condition_variable released;
+    bool failing = false; // set only while no load runs
+    std::string heldPlace;
+    std::vector<MonthKey> asked;
+};
+
+struct SilentBackend : NotificationBackend {
+    bool isAvailable() const override { return true; }
+    void show(const NotificationRequest &) override {}
+};
+
+// Everything a model needs, kept away from the user's settings, cache and sounds.
+struct Harness {
+    explicit Harness(Instant start)
+        : clock(std::make_shared<ManualClock>(start))
+        , repository(std::make_shared<PrayerRepository>(folder.filePath("Cache").toStdString(), source->fetch()))
+        , scheduler(std::make_shared<SilentBackend>(), clock)
+    {
+        useStore(folder.filePath("Orvel.conf"));
+        SoundLibrary::setFolder(folder.filePath("Sounds"));
+    }
+    ~Harness()
+    {
+        source->release();
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::sendPostedEvents();
+        Defaults::setStore(nullptr);
+        SoundLibrary::setFolder(QString());
+    }
+
+    static void useStore(const QString &path)
+    {
+        Defaults::setStore(std::make_unique<QSettings>(path, QSettings::IniFormat));
+    }
+
+    // The store as the next run reads it: written out, then parsed afresh from a copy, as
+    // QSettings shares parsed files within one process.
+    void reopenStore()
+    {
+        Defaults::store().sync();
+        const QString copy = folder.filePath(QStringLiteral("Orvel-%1.conf").arg(++reopened));
+        QFile::copy(Defaults::store().fileName(), copy);
+        useStore(copy);
+    }
+
+    std::unique_ptr<AppModel> model(std::optional<Instant> fixedNow = std::nullopt, SystemEvents *events = nullptr)
+    {
+        return std::make_unique<AppModel>(fixedNow, events != nullptr,
+                                          AppModel::Services{clock, repository, &scheduler, events});
+    }
+
+    QTemporaryDir folder;
+    std::shared_ptr<ManualClock> clock;
+    std::shared_ptr<MonthSource> source = std::make_shared<MonthSource>();
+    std::shared_ptr<PrayerRepository> repository;
+    NotificationScheduler scheduler;
+    int reopened = 0;
+};
+
+bool reloadAndWait(AppModel &model)
+{
+    QSignalSpy finished(&model, &AppModel::loadFinished);
+    model.reload();
+    return finished.wait(loadWaitMs);
+}
+
+// Lets every running load finish and delivers what it posted to the UI thread.
+void settleWorkers()
+{
+    QThreadPool::globalInstance()->waitForDone(loadWaitMs);
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+}
+
+TEST(AppModelClock, RollsOverAtThePlacesMidnight)
+{
+    Harness harness(at(2026, 3, 1, 23, 59, 59, "Asia/Tokyo"));
+    Defaults::encode(Defaults::Key::location, Location{"Tokyo", 35.6762, 139.6503, "Asia/Tokyo"});
+    const auto model = harness.model();
+    ASSERT_TRUE(reloadAndWait(*model));
+    ASSERT_EQ(model->today()->day, (DayKey{2026, 3, 1}));
+
+    // 00:00 in Tokyo is still the afternoon of the 1st on this machine.
+    QSignalSpy finished(model.get(), &AppModel::loadFinished);
+    harness.clock->advance(1);
+    model->tick();
+    EXPECT_EQ(model->now(), at(2026, 3, 2, 0, 0, 0, "Asia/Tokyo"));
+    EXPECT_TRUE(model->isLoading());
+    ASSERT_TRUE(finished.wait(loadWaitMs));
+    EXPECT_EQ(model->today()->day, (DayKey{2026, 3, 2}));
+
+    // A zone id that names no zone falls back to the machine's.
+    model->setLocation({"Nowhere", 41, 29, "Mars/Olympus"});
+    harness.clock->set(at(2026, 3, 2, 23, 59, 30));
+    ASSERT_TRUE(reloadAndWait(*model));
+    EXPECT_EQ(model->today()->day, (DayKey{2026, 3, 2}));
+    harness.clock->advance(30);
+    model->tick();
+    ASSERT_TRUE(finished.wait(loadWaitMs));
+    EXPECT_EQ(model->today()->day, (DayKey{2026, 3, 3}));
+}
+
+TEST(AppModelClock, RetriesTheOnlineSourceAfterHalfAnHourOffline)
+{
+    const Instant start = at(2026, 3, 10, 10, 0, 30);
+    Harness harness(start);
+    harness.source->failing = true;
+    const auto model = harness.model();
+    ASSERT_TRUE(reloadAndWait(*model));
+    ASSERT_EQ(model->source(), TimesSource::offline);
+    harness.clock->set(start + 1799);
+    model->tick();
+    EXPECT_FALSE(model->isLoading());
+
+    QSignalSpy finished(model.get(), &AppModel::loadFinished);
+    harness.source->failing = false;
+    harness.clock->set(start + 1801);
+    model->tick();
+    EXPECT_TRUE(model->isLoading());
+    ASSERT_TRUE(finished.wait(loadWaitMs));
+    EXPECT_EQ(model->source(), TimesSource::online);
+
+    harness.clock->set(start + 4000);
+    model->tick();
+    EXPECT_FALSE(model->isLoading()) << "online again: no more retries";
+}
+
+TEST(AppModelClock, OnlyTheNewestLoadIsApplied)
+{
+    Harness harness(at(2026, 3, 10, 10, 0));
+    Defaults::encode(Defaults::Key::location, Location{"Ankara", 39.9208, 32.8541, "Europe/Istanbul"});
+    harness.source->heldPlace = "Ankara";
+    const auto model = harness.model();
+    QSignalSpy finished(model.get(), &AppModel::loadFinished);
+
+    model->reload();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !harness.source->askedSoFar().empty(); }, loadWaitMs));
+    model->setLocation(Location::istanbul());
+    ASSERT_TRUE(finished.wait(loadWaitMs));
+    const DayTimes istanbulDay = PrayerCalculator::times({2026, 3, 10}, Location::istanbul(), CalculationMethod::diyanet);
+    EXPECT_EQ(model->today(), istanbulDay);
+
+    // The held-back answer for Ankara arrives last and is dropped.
+    harness.source->release();
+    settleWorkers();
+    EXPECT_EQ(finished.count(), 1);
+    EXPECT_EQ(model->today(), istanbulDay);
+    EXPECT_FALSE(model->isLoading());
+}
+
+TEST(AppModelClock, FrozenClockShowsItsOwnMinuteAndSchedulesNothing)
+{
+    Harness harness(at(2026, 3, 10, 10, 0));
+    const auto model = harness.model(at(2026, 11, 16, 12, 34, 56));
+    EXPECT_EQ(model->dateLine(), QStringLiteral("16 Kasım 2026 Pazartesi")) << "no Hijri date before the load";
+    ASSERT_TRUE(reloadAndWait(*model));
+    const std::string hijri = HijriDate::approximate({2026, 11, 16}).formatted();
+    EXPECT_EQ(model->dateLine(), QString::fromStdString("16 Kasım 2026 Pazartesi · " + hijri));
+
+    harness.clock->advance(7200);
+    model->tick();
+    settleWorkers();
+    EXPECT_EQ(model->now(), at(2026, 11, 16, 12, 34));
+    EXPECT_TRUE(harness.scheduler.pending().empty());
+}
+
+TEST(AppModelClock, PrefetchesNextMonthFromThe25th)
+{
+    const std::vector<std::pair<Instant, std::vector<MonthKey>>> cases{
+        {at(2026, 3, 25, 10, 0), {{2026, 3}, {2026, 4}}},
+        {at(2026, 2, 25, 10, 0), {{2026, 2}, {2026, 3}}},
+        {at(2026, 3, 24, 10, 0), {{2026, 3}}},
+    };
+    for (const auto &[start, expected] : cases) {
+        Harness harness(start);
+        ASSERT_TRUE(reloadAndWait(*harness.model()));
+        settleWorkers();
+        EXPECT_EQ(harness.source->askedSoFar(), expected);
+    }
+}
+
+TEST(AppModelClock, SystemEventsStartLoads)
+{
+    Harness harness(at(2026, 3, 10, 10, 0));
+    SystemEvents events;
+    const auto model = harness.model(std::nullopt, &events);
+    EXPECT_TRUE(model->isLoading()) << "starting the services starts the first load";
+    QSignalSpy finished(model.get(), &AppModel::loadFinished);
+    ASSERT_TRUE(finished.wait(loadWaitMs));
+    for (const auto signal : {&SystemEvents::wokeFromSleep, &SystemEvents::clockChanged, &SystemEvents::timeZoneChanged}) {
+        emit(events.*signal)();
+        EXPECT_TRUE(model->isLoading());
+        ASSERT_TRUE(finished.wait(loadWaitMs));
+    }
+}
+
+using Key = Defaults::Key;
+using Set = std::set<Prayer::Value>;
+
+const Instant morning = at(2026, 3, 10, 10, 0, 30);
+
+// The store file as an earlier run (or a hand edit) left it.
+void useStoreFile(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("[General]\n" + text);
+    file.close();
+    Harness::useStore(path);
+}
+
+TEST(AppModelSettings, FirstStartGivesEveryDefaultAndWritesNothing)
+{
+    Harness harness(morning);
+    const auto model = harness.model();
+    EXPECT_EQ(model->location(), Location::istanbul());
+    EXPECT_EQ(model->location().name, "İstanbul, Fatih");
+    EXPECT_EQ(model->method(), CalculationMethod::diyanet);
+    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::nameAndRemaining);
+    EXPECT_EQ(model->notifiedPrayers(), (Set{Prayer::imsak, Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi}));
+    EXPECT_EQ(model->reminderMinutes(), 0);
+    EXPECT_TRUE(model->showKerahat());
+    EXPECT_TRUE(model->kerahatMenuDot());
+    EXPECT_FALSE(model->kerahatNotify());
+    EXPECT_EQ(model->kerahatMinutes(), 45);
+    EXPECT_TRUE(model->ramadanMode());
+    EXPECT_EQ(model->adhanSound(), AdhanSound::system);
+    EXPECT_EQ(model->customSoundName(), std::nullopt);
+    EXPECT_DOUBLE_EQ(model->soundVolume(), 0.8);
+    EXPECT_EQ(model->quietHours(), (QuietHours{false, 1380, 420}));
+    EXPECT_FALSE(model->today());
+    EXPECT_EQ(model->now(), at(2026, 3, 10, 10, 0));
+    EXPECT_TRUE(Defaults::store().allKeys().isEmpty());
+}
+
+TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
+{
+    Harness harness(morning);
+    const QString path = harness.folder.filePath("odd.conf");
+    useStoreFile(path, "notified=@Invalid()\nkerahatMinutes=30\ncustomSoundName=\nmethod=hanafi\n"
+                       "menuBarStyle=remaining\nreminder=abc\nkerahatShow=maybe\nkerahatDot=0\nsoundVolume=loud\n"
+                       "location=not json\nquietHours=@ByteArray({\\\"enabled\\\":true})\nadhanSound=Chime\n");
+    auto model = harness.model();
+    EXPECT_EQ(model->notifiedPrayers(), Set{});
+    EXPECT_EQ(model->kerahatMinutes(), 45);
+    EXPECT_EQ(model->customSoundName(), std::nullopt);
+    EXPECT_EQ(model->method(), CalculationMethod::diyanet);
+    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::remaining);
+    EXPECT_EQ(model->reminderMinutes(), 0);
+    EXPECT_TRUE(model->showKerahat());
+    EXPECT_FALSE(model->kerahatMenuDot());
+    EXPECT_DOUBLE_EQ(model->soundVolume(), 0.8);
+    EXPECT_EQ(model->location(), Location::istanbul());
+    EXPECT_EQ(model->quietHours(), QuietHours());
+    EXPECT_EQ(model->adhanSound(), AdhanSound::system);
+
+    useStoreFile(path, "notified=ogle, bogus\nkerahatMinutes=50\nadhanSound=chime\n"
+                       "location=@ByteArray({\\\"name\\\":\\\"Far\\\",\\\"latitude\\\":400,\\\"longitude\\\":0,"
+                       "\\\"timeZoneID\\\":\\\"UTC\\\"})\n");
+    model = harness.model();
+    EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::ogle});
+    EXPECT_EQ(model->kerahatMinutes(), 50);
+    EXPECT_EQ(model->adhanSound(), AdhanSound::chime);
+    EXPECT_EQ(model->location(), Location::istanbul()) << "a latitude of 400 is no place";
+
+    // Values stored with their own types (another writer, or the same run) convert too.
+    Defaults::write(Key::kerahatMinutes, 40);
+    Defaults::write(Key::kerahatShow, QStringLiteral("FALSE"));
+    Defaults::write(Key::notified, QStringLiteral("aksam"));
+    Defaults::write(Key::method, 3);
+    model = harness.model();
+    EXPECT_EQ(model->kerahatMinutes(), 40);
+    EXPECT_FALSE(model->showKerahat());
+    EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::aksam});
+    EXPECT_EQ(model->method(), CalculationMethod::diyanet);
+}
+
+TEST(AppModelSettings, FormsThatTripUpTheStoreAreReadBackByTheNextRun)
+{
+    Harness harness(morning);
+    auto model = harness.model();
+    model->setNotifiedPrayers({Prayer::ogle});
+    model->setCustomSoundName(QStringLiteral("Ezan, sabah.mp3"));
+    model->setQuietHours({true, 1320, 360});
+    harness.reopenStore();
+    model = harness.model();
+    EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::ogle});
+    EXPECT_EQ(model->customSoundName(), QStringLiteral("Ezan, sabah.mp3"));
+    EXPECT_EQ(model->quietHours(), (QuietHours{true, 1320, 360}));
+
+    model->setNotifiedPrayers({});
+    model->setCustomSoundName(std::nullopt);
+    harness.reopenStore();
+    EXPECT_EQ(harness.model()->notifiedPrayers(), Set{});
+    EXPECT_EQ(harness.model()->customSoundName(), std::nullopt);
+}
+
+TEST(AppModelSettings, EqualAssignmentsStayQuiet)
+{
+    Harness harness(morning);
+    const auto model = harness.model();
+    QSignalSpy changed(model.get(), &AppModel::changed);
+    model->setLocation(Location::istanbul());
+    model->setMethod(CalculationMethod::diyanet);
+    EXPECT_EQ(changed.count(), 0);
+    EXPECT_FALSE(model->isLoading()) << "an equal place must not reload";
+    EXPECT_FALSE(Defaults::store().contains(QStringLiteral("location")));
+    EXPECT_FALSE(Defaults::store().contains(QStringLiteral("method")));
+    model->setReminderMinutes(0);
+    EXPECT_EQ(changed.count(), 0);
+}
+
+using StatusImage::Style;
+
+const QString kerahatSuffix = QStringLiteral(", kerahat vakti");
+
+// A model with the day loaded, moved by hand to the moments around a prayer's entry.
+class LoadedDay : public ::testing::Test {
+protected:
+    explicit LoadedDay(Instant start = at(2026, 6, 10, 4, 0))
+        : harness(start)
+        , model(harness.model())
+    {
+        EXPECT_TRUE(reloadAndWait(*model));
+    }
+
+    void set(Prayer prayer, double secondsAfter)
+    {
+        harness.clock->set((*model->today())[prayer] + secondsAfter);
+        model->tick();
+    }
+    int starts() const
+    {
+        return static_cast<int>(std::count_if(playing.begin(), playing.end(),
+                                              [](const QList<QVariant> &arguments) { return arguments.at(0).toBool(); }));
+    }
+    StatusImage::Image image(MenuBarStyle style = MenuBarStyle::nameAndRemaining, bool forceDot = false) const
+    {
+        return model->menuBarImage(style, forceDot);
+    }
+    int width(MenuBarStyle style = MenuBarStyle::nameAndRemaining) const { return image(style).image.width(); }
+    // Titles are compared through the width of the image drawn for them.
+    static int widthOf(const std::optional<QString> &text, Style style = Style::normal, bool dot = false)
+    {
+        return StatusImage::make(QStringLiteral("moon"), text, style, dot).image.width();
+    }
+
+    Harness harness;
+    std::unique_ptr<AppModel> model;
+    QSignalSpy playing{&model->player(), &AdhanPlayer::isPlayingChanged};
+};
+
+class EntrySound : public LoadedDay {
+protected:
+    EntrySound() { model->setAdhanSound(AdhanSound::chime); }
+};
+
+TEST_F(EntrySound, PlaysOncePerEntryAndNeverOnAFrozenClock)
+{
+    set(Prayer::ogle, 5);
+    EXPECT_EQ(starts(), 1);
+    EXPECT_TRUE(QFile::exists(harness.folder.filePath("Sounds/chime.wav")));
+    for (const double later : {30, 59, 75})
+        set(Prayer::ogle, later);
+    EXPECT_EQ(starts(), 1);
+    set(Prayer::ikindi, 0);
+    EXPECT_EQ(starts(), 2);
+
+    const auto frozen = harness.model((*model->today())[Prayer::aksam] + 5);
+    QSignalSpy frozenPlaying(&frozen->player(), &AdhanPlayer::isPlayingChanged);
+    frozen->setAdhanSound(AdhanSound::chime);
+    ASSERT_TRUE(reloadAndWait(*frozen));
+    frozen->tick();
+    EXPECT_EQ(frozenPlaying.count(), 0);
+}
+
+TEST_F(EntrySound, NeverForGunesNorAPrayerLeftOutNorInQuietHoursNorWithTheSystemSound)
+{
+    model->setNotifiedPrayers({Prayer::gunes, Prayer::imsak});
+    set(Prayer::gunes, 5);
+    set(Prayer::ogle, 5);
+    EXPECT_EQ(starts(), 0);
+    // Switched on within the same minute: the entry was not yet handled, so it sounds now.
+    model->setNotifiedPrayers({Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi});
+    set(Prayer::ogle, 20);
+    EXPECT_EQ(starts(), 1);
+
+    // Quiet hours swallow the whole entry, even when switched off within its minute.
+    model->setQuietHours({true, 0, 24 * 60 - 1});
+    set(Prayer::ikindi, 5);
+    model->setQuietHours({false, 0, 24 * 60 - 1});
+    set(Prayer::ikindi, 40);
+    EXPECT_EQ(starts(), 1);
+    set(Prayer::aksam, 5);
+    EXPECT_EQ(starts(), 2);
+
+    // The system sound belongs to the notification; the app's player stays out of it.
+    model->setAdhanSound(AdhanSound::system);
+    set(Prayer::yatsi, 5);
+    EXPECT_EQ(starts(), 2);
+}
+
+using MenuBarTitle = LoadedDay;
+
+TEST_F(MenuBarTitle, TheEntryMinuteShowsThePillExceptAtGunes)
+{
+    const auto unloaded = harness.model();
+    EXPECT_TRUE(unloaded->menuBarImage(MenuBarStyle::nameAndRemaining, false).isTemplate);
+    EXPECT_EQ(unloaded->menuBarImage(MenuBarStyle::nameAndRemaining, false).image.width(), widthOf(std::nullopt));
+    EXPECT_EQ(unloaded->accessibilityLabel(), QStringLiteral("Orvel"));
+
+    model->setKerahatMenuDot(false);
+    set(Prayer::ogle, 10);
+    for (const MenuBarStyle style : MenuBarStyle::allCases) {
+        EXPECT_FALSE(image(style).isTemplate);
+        EXPECT_EQ(width(style), widthOf(QStringLiteral("Öğle vakti"), Style::adhan));
+    }
+    set(Prayer::ogle, 60);
+    EXPECT_TRUE(image(MenuBarStyle::iconOnly).isTemplate);
+
+    set(Prayer::gunes, 10);
+    EXPECT_TRUE(image(MenuBarStyle::iconOnly).isTemplate);
+    EXPECT_EQ(width(MenuBarStyle::iconOnly), widthOf(std::nullopt));
+}
+
+TEST_F(MenuBarTitle, KerahatDotFollowsTheSettingButTheLabelAlwaysSaysIt)
+{
+    set(Prayer::gunes, 10 * 60); // inside the sunrise interval
+    const QString title = "Öğle " + QString::fromStdString(OrvelFormat::compact(model->status()->minutesRemaining));
+    EXPECT_FALSE(image().isTemplate);
+    EXPECT_EQ(width(), widthOf(title, Style::normal, true));
+    EXPECT_TRUE(model->accessibilityLabel().endsWith(kerahatSuffix));
+
+    model->setKerahatMenuDot(false);
+    EXPECT_TRUE(image().isTemplate);
+    EXPECT_EQ(width(), widthOf(title));
+    EXPECT_TRUE(model->accessibilityLabel().endsWith(kerahatSuffix));
+    EXPECT_EQ(image(MenuBarStyle::nameAndRemaining, true).image.width(), widthOf(title, Style::normal, true));
+
+    model->setKerahatMenuDot(true);
+    model->setShowKerahat(false);
+    EXPECT_TRUE(image().isTemplate);
+    EXPECT_FALSE(model->accessibilityLabel().endsWith(kerahatSuffix));
+
+    model->setShowKerahat(true);
+    set(Prayer::ogle, 30 * 60); // between istiva and sunset
+    EXPECT_TRUE(image().isTemplate);
+    EXPECT_FALSE(model->accessibilityLabel().endsWith(kerahatSuffix));
+}
+
+TEST_F(MenuBarTitle, TimeLeftBeforeAksam)
+{
+    set(Prayer::aksam, -75 * 60);
+    const QString clock = QString::fromStdString(OrvelFormat::time((*model->today())[Prayer::aksam], TimeZone::current()));
+    EXPECT_EQ(width(), widthOf(QStringLiteral("Akşam 1:15")));
+    EXPECT_EQ(width(MenuBarStyle::remaining), widthOf(QStringLiteral("1:15")));
+    EXPECT_EQ(width(MenuBarStyle::nameAndTime), widthOf("Akşam " + clock));
+    EXPECT_EQ(width(MenuBarStyle::iconOnly), widthOf(std::nullopt));
+    EXPECT_EQ(model->accessibilityLabel(), QStringLiteral("Akşam ezanına 1 saat 15 dakika kaldı"));
+}
+
+class RamadanMenuBarTitle : public LoadedDay {
+protected:
+    RamadanMenuBarTitle()
+        : LoadedDay(at(2026, 3, 10, 4, 0))
+    {
+    }
+};
+
+TEST_F(RamadanMenuBarTitle, IftarInsteadOfAksamUnlessSwitchedOff)
+{
+    ASSERT_NE(widthOf(QStringLiteral("İftar 1:15")), widthOf(QStringLiteral("Akşam 1:15")));
+    set(Prayer::aksam, -75 * 60);
+    EXPECT_EQ(width(), widthOf(QStringLiteral("İftar 1:15")));
+    EXPECT_EQ(model->accessibilityLabel(), QStringLiteral("İftara 1 saat 15 dakika kaldı"));
+    model->setRamadanMode(false);
+    EXPECT_EQ(width(), widthOf(QStringLiteral("Akşam 1:15")));
+    EXPECT_FALSE(model->ramadanDay());
+}
+
+} // namespace
+} // namespace orvel::test

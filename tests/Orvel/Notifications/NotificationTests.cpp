@@ -1,0 +1,344 @@
+// Qt first: moc cannot read <concepts> unless Qt's headers came before it.
+#include "PrivateBus.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QVariantMap>
+
+#include "Clock.h"
+#include "FreedesktopNotifications.h"
+#include "NotificationScheduler.h"
+
+#include <gtest/gtest.h>
+
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+
+namespace orvel::test {
+namespace {
+
+constexpr int arrivalWaitMs = 5000;
+const DayKey may12{2026, 5, 12};
+const Location uskudar{"Üsküdar", 41.0225, 29.0153, "Europe/Istanbul"};
+
+Instant at(const DayKey &day, int hour, int minute)
+{
+    return day.start(TimeZone::named("Europe/Istanbul")) + hour * 3600.0 + minute * 60.0;
+}
+
+// İmsak 05:12, Güneş 06:40, Öğle 13:05, İkindi 16:50, Akşam 20:10, Yatsı 21:40 in Istanbul.
+DayTimes day(const DayKey &key, std::optional<int64_t> hijriMonth = 11)
+{
+    DayTimes times{key, {at(key, 5, 12), at(key, 6, 40), at(key, 13, 5), at(key, 16, 50), at(key, 20, 10), at(key, 21, 40)},
+                   std::nullopt};
+    if (hijriMonth)
+        times.hijri = HijriDate{10, *hijriMonth, 1447};
+    return times;
+}
+
+NotificationPlan planFor(std::vector<DayTimes> days, int64_t reminderMinutes = 0)
+{
+    NotificationPlan plan;
+    plan.days = std::move(days);
+    plan.location = uskudar;
+    plan.enabled = std::set<Prayer::Value>(Prayer::allCases.begin(), Prayer::allCases.end());
+    plan.reminderMinutes = reminderMinutes;
+    return plan;
+}
+
+QStringList identifiers(const std::vector<NotificationRequest> &requests)
+{
+    QStringList list;
+    for (const NotificationRequest &request : requests)
+        list << request.identifier;
+    return list;
+}
+
+const NotificationRequest &find(const std::vector<NotificationRequest> &requests, const QString &identifier)
+{
+    const auto found = std::ranges::find(requests, identifier, &NotificationRequest::identifier);
+    if (found == requests.end())
+        throw std::runtime_error("no request " + identifier.toStdString());
+    return *found;
+}
+
+// Titles and, where given, bodies of the requests with these identifiers.
+void expectTexts(const std::vector<NotificationRequest> &requests, const std::vector<std::array<QString, 3>> &texts)
+{
+    for (const auto &[identifier, title, body] : texts) {
+        SCOPED_TRACE(identifier.toStdString());
+        EXPECT_EQ(find(requests, identifier).title, title);
+        if (!body.isEmpty()) {
+            EXPECT_EQ(find(requests, identifier).body, body);
+        }
+    }
+}
+
+TEST(NotificationRequests, DayWithRemindersAndKerahat)
+{
+    NotificationPlan plan = planFor({day(may12)}, 10);
+    plan.kerahat = {{KerahatKind::sunrise, at(may12, 5, 25), at(may12, 6, 10)},
+                    {KerahatKind::istiva, at(may12, 12, 55), at(may12, 13, 5)}};
+    const auto requests = NotificationScheduler::requests(plan, at(may12, 0, 0));
+
+    EXPECT_EQ(identifiers(requests),
+              (QStringList{"2026-05-12-imsak", "2026-05-12-imsak-pre", "2026-05-12-gunes", "2026-05-12-gunes-pre",
+                           "2026-05-12-ogle", "2026-05-12-ogle-pre", "2026-05-12-ikindi", "2026-05-12-ikindi-pre",
+                           "2026-05-12-aksam", "2026-05-12-aksam-pre", "2026-05-12-yatsi", "2026-05-12-yatsi-pre",
+                           "kerahat-sunrise-1778552700", "kerahat-istiva-1778579700"}));
+    expectTexts(requests,
+                {{"2026-05-12-imsak", "İmsak ezanı · 05:12", "Üsküdar için imsak vakti girdi."},
+                 {"2026-05-12-gunes", "Güneş doğuşu · 06:40", "Üsküdar için güneş doğdu."},
+                 {"2026-05-12-ogle", "Öğle ezanı · 13:05", "Üsküdar için öğle vakti girdi."},
+                 {"2026-05-12-ikindi", "İkindi ezanı · 16:50", "Üsküdar için ikindi vakti girdi."},
+                 {"2026-05-12-aksam", "Akşam ezanı · 20:10", "Üsküdar için akşam vakti girdi."},
+                 {"2026-05-12-ogle-pre", "Öğle ezanına 10 dakika", "Öğle vakti: 13:05"},
+                 {"kerahat-sunrise-1778552700", "Kerahat vakti",
+                  "Güneş doğuşu sonrası · 06:10'a kadar namaz kılmak mekruhtur."},
+                 {"kerahat-istiva-1778579700", "Kerahat vakti", "Güneş tepedeyken · 13:05'e kadar namaz kılmak mekruhtur."}});
+    EXPECT_EQ(find(requests, "2026-05-12-ogle").fireAt, at(may12, 13, 5));
+    EXPECT_EQ(find(requests, "2026-05-12-ogle-pre").fireAt, at(may12, 12, 55));
+    EXPECT_FALSE(find(requests, "kerahat-sunrise-1778552700").defaultSound);
+}
+
+TEST(NotificationRequests, RamadanWording)
+{
+    NotificationPlan plan = planFor({day(may12, 9)}, 5);
+    expectTexts(NotificationScheduler::requests(plan, at(may12, 0, 0)),
+                {{"2026-05-12-imsak", "İmsak · 05:12", "Üsküdar için sahur vakti sona erdi."},
+                 {"2026-05-12-aksam", "İftar vakti · 20:10", "Üsküdar için iftar vakti girdi. Hayırlı iftarlar."},
+                 {"2026-05-12-aksam-pre", "İftara 5 dakika", "İftar vakti: 20:10"},
+                 {"2026-05-12-imsak-pre", "Sahurun bitmesine 5 dakika", ""},
+                 {"2026-05-12-ogle", "Öğle ezanı · 13:05", ""}});
+    plan.ramadanMode = false;
+    expectTexts(NotificationScheduler::requests(plan, at(may12, 0, 0)), {{"2026-05-12-aksam", "Akşam ezanı · 20:10", ""}});
+
+    // Without a stored Hijri date the approximate one decides: 1 March 2026 is in Ramadan 1447.
+    const DayKey march1{2026, 3, 1};
+    plan.ramadanMode = true;
+    plan.days = {day(march1, std::nullopt), day(may12, std::nullopt)};
+    expectTexts(NotificationScheduler::requests(plan, at(march1, 0, 0)),
+                {{"2026-03-01-aksam", "İftar vakti · 20:10", ""}, {"2026-05-12-aksam", "Akşam ezanı · 20:10", ""}});
+}
+
+TEST(NotificationRequests, SoundFollowsSettingAndMachineQuietHours)
+{
+    NotificationPlan plan = planFor({day(may12)}, 10);
+    plan.systemSound = false;
+    for (const NotificationRequest &request : NotificationScheduler::requests(plan, at(may12, 0, 0)))
+        EXPECT_EQ(request.defaultSound, request.identifier.endsWith("-pre")) << request.identifier.toStdString();
+
+    plan.systemSound = true;
+    plan.quietHours = {true, 23 * 60, 7 * 60};
+    // The place's zone gives the clock text; the machine's (Istanbul) decides the quiet hours.
+    plan.location.timeZoneID = "Asia/Tokyo";
+    const auto quiet = NotificationScheduler::requests(plan, at(may12, 0, 0));
+    EXPECT_EQ(find(quiet, "2026-05-12-imsak").title, "İmsak ezanı · 11:12");
+    for (const char *muted : {"imsak", "imsak-pre", "gunes"})
+        EXPECT_FALSE(find(quiet, QStringLiteral("2026-05-12-") + muted).defaultSound) << muted;
+    EXPECT_TRUE(find(quiet, "2026-05-12-ogle").defaultSound);
+    EXPECT_TRUE(find(quiet, "2026-05-12-yatsi").defaultSound);
+}
+
+TEST(NotificationRequests, OnlyWhatIsAheadAndAtMostThirty)
+{
+    NotificationPlan plan = planFor({day(may12), day(may12.adding(1))}, 10);
+    plan.kerahat = {{KerahatKind::sunrise, at(may12, 6, 40), at(may12, 7, 25)},
+                    {KerahatKind::sunset, at(may12, 19, 25), at(may12, 20, 10)}};
+    const auto afternoon = NotificationScheduler::requests(plan, at(may12, 13, 0));
+    EXPECT_EQ(identifiers(afternoon).mid(0, 8),
+              (QStringList{"2026-05-12-ogle", "2026-05-12-ikindi", "2026-05-12-ikindi-pre", "2026-05-12-aksam",
+                           "2026-05-12-aksam-pre", "2026-05-12-yatsi", "2026-05-12-yatsi-pre", "2026-05-13-imsak"}));
+    EXPECT_EQ(afternoon.size(), 7u + 12u + 1u);
+    EXPECT_EQ(afternoon.back().identifier, "kerahat-sunset-1778603100");
+
+    plan.enabled.clear();
+    plan.kerahat.clear();
+    EXPECT_TRUE(NotificationScheduler::requests(plan, at(may12, 0, 0)).empty());
+
+    // Three days of prayers and reminders and a late kerahat make 37: the soonest thirty stay.
+    const DayKey may14 = may12.adding(2);
+    plan = planFor({day(may12), day(may12.adding(1)), day(may14)}, 15);
+    plan.kerahat = {{KerahatKind::sunset, at(may14, 19, 25), at(may14, 20, 10)}};
+    const auto capped = NotificationScheduler::requests(plan, at(may12, 0, 0));
+    ASSERT_EQ(capped.size(), size_t(NotificationScheduler::maximumPending));
+    for (const NotificationRequest &request : capped)
+        EXPECT_LE(request.fireAt, at(may14, 13, 5)) << request.identifier.toStdString();
+}
+
+// A notification server that keeps what it was sent.
+class RecordingServer : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    struct Received {
+        QString appName, summary, body;
+        QVariantMap hints;
+        int expireTimeout = 0;
+    };
+
+    explicit RecordingServer(QStringList capabilities)
+        : capabilities_(std::move(capabilities))
+    {
+    }
+    bool registerOn(QDBusConnection connection)
+    {
+        return connection.registerObject("/org/freedesktop/Notifications", this, QDBusConnection::ExportAllSlots)
+            && connection.registerService("org.freedesktop.Notifications");
+    }
+
+    std::vector<Received> received;
+    int capabilityQuestions = 0;
+
+public slots:
+    QStringList GetCapabilities()
+    {
+        ++capabilityQuestions;
+        return capabilities_;
+    }
+    uint Notify(const QString &appName, uint, const QString &, const QString &summary, const QString &body,
+                const QStringList &, const QVariantMap &hints, int expireTimeout)
+    {
+        received.push_back({appName, summary, body, hints, expireTimeout});
+        return static_cast<uint>(received.size());
+    }
+
+private:
+    QStringList capabilities_;
+};
+
+// A scheduler whose backend talks to a recording server on a private bus.
+class Delivery : public ::testing::Test {
+protected:
+    void start(const QStringList &capabilities = {"body", "body-markup", "sound"})
+    {
+        server = std::make_unique<RecordingServer>(capabilities);
+        ASSERT_TRUE(server->registerOn(bus.connect()));
+        backend = std::make_shared<FreedesktopNotifications>(bus.connect());
+        backend->setMessageSound([this] { ++ownSounds; });
+        scheduler = std::make_unique<NotificationScheduler>(backend, clock);
+    }
+
+    // Öğle shortly ahead of the clock, İkindi a day later; the rest is past.
+    NotificationPlan plan(double ogleAhead = 0.25)
+    {
+        NotificationPlan plan = planFor({day(may12)});
+        plan.days[0].times[Prayer::ogle] = clock->now() + ogleAhead;
+        plan.days[0].times[Prayer::ikindi] = clock->now() + 86400;
+        plan.location.name = "Ali & Veli <Köy>";
+        plan.enabled = {Prayer::ogle, Prayer::ikindi};
+        return plan;
+    }
+
+    bool waitForArrivals(size_t count)
+    {
+        return QTest::qWaitFor([&] { return server->received.size() >= count; }, arrivalWaitMs);
+    }
+    bool waitForPending(size_t count)
+    {
+        return QTest::qWaitFor([&] { return scheduler->pending().size() == count; }, arrivalWaitMs);
+    }
+
+    PrivateBus bus;
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>(at(may12, 13, 0));
+    std::unique_ptr<RecordingServer> server;
+    std::shared_ptr<FreedesktopNotifications> backend;
+    std::unique_ptr<NotificationScheduler> scheduler;
+    int ownSounds = 0;
+};
+
+TEST_F(Delivery, ArrivesAtItsMomentWithEscapedBodyAndSoundHints)
+{
+    ASSERT_NO_FATAL_FAILURE(start());
+    QSignalSpy fired(scheduler.get(), &NotificationScheduler::fired);
+    scheduler->reschedule(plan());
+    ASSERT_TRUE(waitForArrivals(1));
+
+    const RecordingServer::Received &shown = server->received.front();
+    EXPECT_EQ(shown.appName, "Orvel");
+    EXPECT_EQ(shown.summary, "Öğle ezanı · 13:00");
+    EXPECT_EQ(shown.body, "Ali &amp; Veli &lt;Köy&gt; için öğle vakti girdi.");
+    EXPECT_EQ(shown.expireTimeout, -1);
+    EXPECT_EQ(shown.hints.value("sound-name").toString(), "message-new-instant");
+    EXPECT_FALSE(shown.hints.contains("suppress-sound"));
+    EXPECT_EQ(shown.hints.value("desktop-entry").toString(), "orvel");
+    EXPECT_EQ(shown.hints.value("urgency"), QVariant::fromValue(uchar(1)));
+    ASSERT_EQ(fired.count(), 1);
+    EXPECT_EQ(fired.front().front().toString(), "2026-05-12-ogle");
+    EXPECT_EQ(identifiers(scheduler->pending()), QStringList{"2026-05-12-ikindi"});
+
+    NotificationPlan silent = plan();
+    silent.systemSound = false;
+    scheduler->reschedule(silent);
+    ASSERT_TRUE(waitForArrivals(2));
+    EXPECT_TRUE(server->received.back().hints.value("suppress-sound").toBool());
+    EXPECT_FALSE(server->received.back().hints.contains("sound-name"));
+    // The server plays sounds itself and was asked what it can do only once.
+    EXPECT_EQ(ownSounds, 0);
+    EXPECT_EQ(server->capabilityQuestions, 1);
+}
+
+TEST_F(Delivery, PlainServerWithoutSoundGetsRawTextAndOurSound)
+{
+    ASSERT_NO_FATAL_FAILURE(start({"body"}));
+    NotificationRequest request{"x", "Öğle ezanı · 13:05", "Ali & Veli <Köy>", true, clock->now()};
+    backend->show(request);
+    request.defaultSound = false;
+    backend->show(request);
+    ASSERT_TRUE(waitForArrivals(2));
+    EXPECT_EQ(server->received.front().body, "Ali & Veli <Köy>");
+    EXPECT_EQ(server->received.front().hints.value("sound-name").toString(), "message-new-instant");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ownSounds == 1; }, arrivalWaitMs));
+    QTest::qWait(100);
+    EXPECT_EQ(ownSounds, 1);
+}
+
+TEST_F(Delivery, NewestRescheduleWinsAndLateOrEmptyPlansFireNothing)
+{
+    ASSERT_NO_FATAL_FAILURE(start());
+    QSignalSpy changed(scheduler.get(), &NotificationScheduler::pendingChanged);
+    NotificationPlan later = plan();
+    later.enabled = {Prayer::yatsi};
+    later.days[0].times[Prayer::yatsi] = clock->now() + 7200;
+    scheduler->reschedule(plan());
+    scheduler->reschedule(later);
+    ASSERT_TRUE(waitForPending(1));
+    EXPECT_EQ(identifiers(scheduler->pending()), QStringList{"2026-05-12-yatsi"});
+    EXPECT_EQ(changed.count(), 1);
+
+    // The machine slept through Öğle: ten minutes late, it is dropped without a word.
+    QSignalSpy fired(scheduler.get(), &NotificationScheduler::fired);
+    scheduler->reschedule(plan(1.5));
+    ASSERT_TRUE(waitForPending(2));
+    clock->advance(600);
+    ASSERT_TRUE(waitForPending(1));
+    EXPECT_EQ(identifiers(scheduler->pending()), QStringList{"2026-05-12-ikindi"});
+
+    scheduler->reschedule(NotificationPlan{});
+    ASSERT_TRUE(waitForPending(0));
+    QTest::qWait(100);
+    EXPECT_TRUE(server->received.empty());
+    EXPECT_EQ(fired.count(), 0);
+}
+
+TEST(NotificationService, DeniedOnlyWithoutRegisteredOrActivatableServer)
+{
+    PrivateBus bare;
+    NotificationScheduler scheduler(std::make_shared<FreedesktopNotifications>(bare.connect()),
+                                    std::make_shared<ManualClock>());
+    EXPECT_TRUE(scheduler.isDenied());
+    RecordingServer server({"body"});
+    ASSERT_TRUE(server.registerOn(bare.connect()));
+    EXPECT_FALSE(scheduler.isDenied());
+
+    PrivateBus activatable(true);
+    EXPECT_TRUE(FreedesktopNotifications(activatable.connect()).isAvailable());
+}
+
+} // namespace
+} // namespace orvel::test
+
+#include "NotificationTests.moc"
