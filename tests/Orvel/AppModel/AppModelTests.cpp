@@ -154,7 +154,6 @@ TEST(AppModelClock, RollsOverAtThePlacesMidnight)
     harness.clock->advance(1);
     model->tick();
     EXPECT_EQ(model->now(), at(2026, 3, 2, 0, 0, 0, "Asia/Tokyo"));
-    EXPECT_TRUE(model->isLoading());
     ASSERT_TRUE(finished.wait(loadWaitMs));
     EXPECT_EQ(model->today()->day, (DayKey{2026, 3, 2}));
 
@@ -185,7 +184,6 @@ TEST(AppModelClock, RetriesTheOnlineSourceAfterHalfAnHourOffline)
     harness.source->failing = false;
     harness.clock->set(start + 1801);
     model->tick();
-    EXPECT_TRUE(model->isLoading());
     ASSERT_TRUE(finished.wait(loadWaitMs));
     EXPECT_EQ(model->source(), TimesSource::online);
 
@@ -253,17 +251,14 @@ TEST(AppModelClock, SystemEventsStartLoads)
     Harness harness(at(2026, 3, 10, 10, 0));
     SystemEvents events;
     const auto model = harness.model(std::nullopt, &events);
-    EXPECT_TRUE(model->isLoading()) << "starting the services starts the first load";
     QSignalSpy finished(model.get(), &AppModel::loadFinished);
-    ASSERT_TRUE(finished.wait(loadWaitMs));
+    ASSERT_TRUE(finished.wait(loadWaitMs)) << "starting the services starts the first load";
     for (const auto signal : {&SystemEvents::wokeFromSleep, &SystemEvents::clockChanged, &SystemEvents::timeZoneChanged}) {
         emit(events.*signal)();
-        EXPECT_TRUE(model->isLoading());
         ASSERT_TRUE(finished.wait(loadWaitMs));
     }
 }
 
-using Key = Defaults::Key;
 using Set = std::set<Prayer::Value>;
 
 const Instant morning = at(2026, 3, 10, 10, 0, 30);
@@ -297,8 +292,6 @@ TEST(AppModelSettings, FirstStartGivesEveryDefaultAndWritesNothing)
     EXPECT_EQ(model->customSoundName(), std::nullopt);
     EXPECT_DOUBLE_EQ(model->soundVolume(), 0.8);
     EXPECT_EQ(model->quietHours(), (QuietHours{false, 1380, 420}));
-    EXPECT_FALSE(model->today());
-    EXPECT_EQ(model->now(), at(2026, 3, 10, 10, 0));
     EXPECT_TRUE(Defaults::store().allKeys().isEmpty());
 }
 
@@ -331,17 +324,6 @@ TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
     EXPECT_EQ(model->kerahatMinutes(), 50);
     EXPECT_EQ(model->adhanSound(), AdhanSound::chime);
     EXPECT_EQ(model->location(), Location::istanbul()) << "a latitude of 400 is no place";
-
-    // Values stored with their own types (another writer, or the same run) convert too.
-    Defaults::write(Key::kerahatMinutes, 40);
-    Defaults::write(Key::kerahatShow, QStringLiteral("FALSE"));
-    Defaults::write(Key::notified, QStringLiteral("aksam"));
-    Defaults::write(Key::method, 3);
-    model = harness.model();
-    EXPECT_EQ(model->kerahatMinutes(), 40);
-    EXPECT_FALSE(model->showKerahat());
-    EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::aksam});
-    EXPECT_EQ(model->method(), CalculationMethod::diyanet);
 }
 
 TEST(AppModelSettings, FormsThatTripUpTheStoreAreReadBackByTheNextRun)

@@ -158,14 +158,17 @@ TEST(NotificationRequests, OnlyWhatIsAheadAndAtMostThirty)
     plan.kerahat.clear();
     EXPECT_TRUE(NotificationScheduler::requests(plan, at(may12, 0, 0)).empty());
 
-    // Three days of prayers and reminders and a late kerahat make 37: the soonest thirty stay.
-    const DayKey may14 = may12.adding(2);
-    plan = planFor({day(may12), day(may12.adding(1)), day(may14)}, 15);
-    plan.kerahat = {{KerahatKind::sunset, at(may14, 19, 25), at(may14, 20, 10)}};
+    // Three days of prayers and reminders and three kerahat make 39: the soonest thirty stay.
+    const DayKey may13 = may12.adding(1), may14 = may12.adding(2);
+    plan = planFor({day(may12), day(may13), day(may14)}, 15);
+    plan.kerahat = {{KerahatKind::sunrise, at(may12, 6, 40), at(may12, 7, 25)},
+                    {KerahatKind::sunrise, at(may13, 6, 40), at(may13, 7, 25)},
+                    {KerahatKind::sunset, at(may14, 19, 25), at(may14, 20, 10)}};
     const auto capped = NotificationScheduler::requests(plan, at(may12, 0, 0));
     ASSERT_EQ(capped.size(), size_t(NotificationScheduler::maximumPending));
     for (const NotificationRequest &request : capped)
-        EXPECT_LE(request.fireAt, at(may14, 13, 5)) << request.identifier.toStdString();
+        EXPECT_LE(request.fireAt, at(may14, 6, 40)) << request.identifier.toStdString();
+    EXPECT_EQ(capped.back().identifier, "kerahat-sunrise-1778643600");
 }
 
 // A notification server that keeps what it was sent.
@@ -180,16 +183,13 @@ public:
         int expireTimeout = 0;
     };
 
-    explicit RecordingServer(QStringList capabilities)
-        : capabilities_(std::move(capabilities))
-    {
-    }
     bool registerOn(QDBusConnection connection)
     {
         return connection.registerObject("/org/freedesktop/Notifications", this, QDBusConnection::ExportAllSlots)
             && connection.registerService("org.freedesktop.Notifications");
     }
 
+    QStringList capabilities{"body"};
     std::vector<Received> received;
     int capabilityQuestions = 0;
 
@@ -197,7 +197,7 @@ public slots:
     QStringList GetCapabilities()
     {
         ++capabilityQuestions;
-        return capabilities_;
+        return capabilities;
     }
     uint Notify(const QString &appName, uint, const QString &, const QString &summary, const QString &body,
                 const QStringList &, const QVariantMap &hints, int expireTimeout)
@@ -205,9 +205,6 @@ public slots:
         received.push_back({appName, summary, body, hints, expireTimeout});
         return static_cast<uint>(received.size());
     }
-
-private:
-    QStringList capabilities_;
 };
 
 // A scheduler whose backend talks to a recording server on a private bus.
@@ -215,7 +212,7 @@ class Delivery : public ::testing::Test {
 protected:
     void start(const QStringList &capabilities = {"body", "body-markup", "sound"})
     {
-        server = std::make_unique<RecordingServer>(capabilities);
+        server->capabilities = capabilities;
         ASSERT_TRUE(server->registerOn(bus.connect()));
         backend = std::make_shared<FreedesktopNotifications>(bus.connect());
         backend->setMessageSound([this] { ++ownSounds; });
@@ -244,7 +241,7 @@ protected:
 
     PrivateBus bus;
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>(at(may12, 13, 0));
-    std::unique_ptr<RecordingServer> server;
+    std::unique_ptr<RecordingServer> server = std::make_unique<RecordingServer>();
     std::shared_ptr<FreedesktopNotifications> backend;
     std::unique_ptr<NotificationScheduler> scheduler;
     int ownSounds = 0;
@@ -330,7 +327,7 @@ TEST(NotificationService, DeniedOnlyWithoutRegisteredOrActivatableServer)
     NotificationScheduler scheduler(std::make_shared<FreedesktopNotifications>(bare.connect()),
                                     std::make_shared<ManualClock>());
     EXPECT_TRUE(scheduler.isDenied());
-    RecordingServer server({"body"});
+    RecordingServer server;
     ASSERT_TRUE(server.registerOn(bare.connect()));
     EXPECT_FALSE(scheduler.isDenied());
 
