@@ -229,19 +229,26 @@ TEST_F(PrayerRepositoryTest, foldersThatCannotBeWrittenKeepMonthsInMemory)
     homeless->days({{2026, 11, 4}}, place, diyanet);
     EXPECT_EQ(hits({2026, 11}), 1u);
 
+    // A month file that cannot be read (a folder in its place stops root too) is fetched again
+    // and the month is kept in memory, since it cannot be written over either.
+    repository()->days({{2026, 11, 3}}, place, diyanet);
+    fs::remove(folder / november);
+    fs::create_directory(folder / november);
+    const auto blocked = repository();
+    EXPECT_EQ(blocked->days({{2026, 11, 3}}, place, diyanet).source, TimesSource::online);
+    blocked->days({{2026, 11, 4}}, place, diyanet);
+    EXPECT_EQ(hits({2026, 11}), 3u);
+    EXPECT_TRUE(fs::is_directory(folder / november));
+
     if (geteuid() == 0)
         GTEST_SKIP() << "permissions do not stop root";
-    // An unreadable file is fetched again; a read-only folder keeps the month in memory.
-    repository()->days({{2026, 11, 3}}, place, diyanet);
-    fs::permissions(folder / november, fs::perms::none);
+    // A read-only folder keeps new months in memory.
     fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
     const auto locked = repository();
-    locked->days({{2026, 11, 3}}, place, diyanet);
-    const auto answer = locked->days({{2026, 12, 3}, {2026, 11, 4}}, place, diyanet);
+    const auto answer = locked->days({{2026, 12, 3}, {2026, 12, 4}}, place, diyanet);
     EXPECT_EQ(answer.source, TimesSource::online);
-    EXPECT_EQ(answer.days.at(0)[Prayer::imsak], serviceImsak({2026, 12, 3}));
-    EXPECT_EQ(answer.days.at(1)[Prayer::imsak], serviceImsak({2026, 11, 4}));
-    EXPECT_EQ(hits({2026, 11}), 3u);
+    EXPECT_EQ(answer.days.at(1)[Prayer::imsak], serviceImsak({2026, 12, 4}));
+    EXPECT_EQ(hits({2026, 12}), 1u);
     EXPECT_EQ(filesIn(folder), std::set<std::string>{november});
 }
 
