@@ -24,6 +24,7 @@ constexpr qreal placePoints = 13;
 constexpr qreal placeSymbolPoints = 11;
 constexpr qreal datePoints = 11.5;
 constexpr qreal dateMinimumScale = 0.85;
+const QString dateSeparator = QStringLiteral(" · ");
 constexpr qreal headerButtonPoints = 12;
 constexpr int headerButtonSize = 26;
 constexpr qreal footerPoints = 12;
@@ -123,11 +124,15 @@ QWidget *PopoverView::makeHeader()
     place_->setElides(true);
     date_ = new TightLabel;
     date_->setMinimumScale(dateMinimumScale);
-    date_->setElides(true);
+    // Long month and weekday names in a wide desktop font: the Hijri date goes under the civil
+    // one rather than lose its end.
+    date_->setWraps(true, dateSeparator);
     ramadan_ = new TightLabel;
     ramadan_->setContentsMargins(0, 1, 0, 0);
     for (TightLabel *label : {place_, date_, ramadan_}) {
-        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        policy.setHeightForWidth(label->hasHeightForWidth());
+        label->setSizePolicy(policy);
         lines->addWidget(label);
     }
     row->addLayout(lines, 1);

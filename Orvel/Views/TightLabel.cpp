@@ -70,11 +70,12 @@ void TightLabel::setElides(bool elides)
     contentChanged();
 }
 
-void TightLabel::setWraps(bool wraps)
+void TightLabel::setWraps(bool wraps, const QString &separator)
 {
-    if (wraps == wraps_)
+    if (wraps == wraps_ && separator == wrapSeparator_)
         return;
     wraps_ = wraps;
+    wrapSeparator_ = separator;
     contentChanged();
 }
 
@@ -96,8 +97,26 @@ QString TightLabel::text() const
 
 void TightLabel::contentChanged()
 {
+    fitWrappedHeight();
     updateGeometry();
     update();
+}
+
+// Windows of a fixed size are sized from their contents' size hints, which cannot know the
+// width; the wrapped height is therefore passed on as a minimum once the width is known.
+void TightLabel::fitWrappedHeight()
+{
+    if (!wraps_ || width() <= 0)
+        return;
+    const int height = heightForWidth(width());
+    if (height != minimumHeight())
+        setMinimumHeight(height);
+}
+
+void TightLabel::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    fitWrappedHeight();
 }
 
 QFont TightLabel::scaled(const QFont &font, qreal scale) const
@@ -165,8 +184,20 @@ bool TightLabel::wrapsAt(qreal width) const
 {
     if (!wraps_ || runs_.size() != 1)
         return false;
-    const Metrics natural = measure(1);
-    return natural.textWidth > width - natural.textLeft + 0.5;
+    const Metrics smallest = measure(minimumScale_);
+    return smallest.textWidth > width - smallest.textLeft + 0.5;
+}
+
+// The pieces a line is filled with; joined by spaces they give the text back.
+QStringList TightLabel::wrapPieces() const
+{
+    const QString &text = runs_.front().text;
+    if (wrapSeparator_.isEmpty())
+        return text.split(u' ', Qt::SkipEmptyParts);
+    QStringList pieces = text.split(wrapSeparator_);
+    for (qsizetype i = 0; i + 1 < pieces.size(); ++i)
+        pieces[i] = (pieces[i] + wrapSeparator_).trimmed();
+    return pieces;
 }
 
 QStringList TightLabel::lines(qreal width) const
@@ -178,7 +209,7 @@ QStringList TightLabel::lines(qreal width) const
     const qreal room = width - measure(1).textLeft;
     QStringList lines;
     QString line;
-    for (const QString &word : run.text.split(u' ', Qt::SkipEmptyParts)) {
+    for (const QString &word : wrapPieces()) {
         const QString longer = line.isEmpty() ? word : line + u' ' + word;
         if (line.isEmpty() || metrics.horizontalAdvance(longer) <= room) {
             line = longer;

@@ -41,8 +41,9 @@ public:
     void setMinimumScale(qreal scale);
     // Where it still does not fit, the end is replaced by "…".
     void setElides(bool elides);
-    // Where a one-run text does not fit, it breaks between words onto further lines instead.
-    void setWraps(bool wraps);
+    // Where a one-run text does not fit even at the minimum scale, it breaks onto further
+    // lines at its natural size instead: between words, or only after `separator` when given.
+    void setWraps(bool wraps, const QString &separator = {});
     void setOpacity(qreal opacity);
 
     const std::vector<Run> &runs() const { return runs_; }
@@ -58,6 +59,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     struct Icon {
@@ -85,8 +87,10 @@ private:
     QFont scaled(const QFont &font, qreal scale) const;
     void setIcon(const Icon &icon);
     void contentChanged();
+    void fitWrappedHeight();
     void paintIcon(QPainter &painter, const Metrics &metrics, const QPointF &topLeft) const;
     bool wrapsAt(qreal width) const;
+    QStringList wrapPieces() const;
     void paintWrapped(QPainter &painter, const QRectF &area, const Metrics &metrics) const;
 
     Icon icon_;
@@ -94,6 +98,7 @@ private:
     qreal minimumScale_ = 1;
     bool elides_ = false;
     bool wraps_ = false;
+    QString wrapSeparator_;
     qreal opacity_ = 1;
 };
 

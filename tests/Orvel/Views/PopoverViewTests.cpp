@@ -12,6 +12,7 @@
 #include "Spinner.h"
 #include "SymbolButton.h"
 #include "TightLabel.h"
+#include "ViewStyle.h"
 #include "ViewsTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -21,6 +22,7 @@
 #include <stdexcept>
 #include <tuple>
 
+#include <QFontMetricsF>
 #include <QImage>
 #include <QSettings>
 #include <QSignalSpy>
@@ -250,4 +252,26 @@ TEST_F(PopoverViewTest, RendersInTheForcedAppearance)
         const qreal corner = image.pixelColor(2, 2).lightnessF();
         EXPECT_TRUE(appearance == Appearance::dark ? corner < 0.3 : corner > 0.8) << corner;
     }
+}
+
+TEST(TightLabel, ShrinksBeforeItBreaksAndThenBreaksOnlyAfterTheSeparator)
+{
+    const QString text = QStringLiteral("23 Kasım 2026 Pazartesi · 13 Cemaziyelahir 1448");
+    const QFont font = ViewStyle::font(11.5);
+    const qreal full = QFontMetricsF(font).horizontalAdvance(text);
+    TightLabel label;
+    label.setMinimumScale(0.85);
+    label.setWraps(true, QStringLiteral(" · "));
+    label.setText(text, font, Qt::black);
+    label.setAttribute(Qt::WA_DontShowOnScreen);
+    label.show();
+
+    EXPECT_EQ(label.lines(full * 0.92), QStringList{text}) << "room for the shrunken line";
+    EXPECT_EQ(label.lines(full * 0.8),
+              (QStringList{QStringLiteral("23 Kasım 2026 Pazartesi ·"), QStringLiteral("13 Cemaziyelahir 1448")}));
+    // A fixed-size window sizes from hints alone: the label asks for its two lines itself.
+    label.resize(static_cast<int>(full * 0.8), 10);
+    EXPECT_GE(label.minimumHeight(), 2 * QFontMetricsF(font).lineSpacing() - 1);
+    label.resize(static_cast<int>(full * 1.1), 10);
+    EXPECT_LT(label.minimumHeight(), 1.5 * QFontMetricsF(font).lineSpacing());
 }
