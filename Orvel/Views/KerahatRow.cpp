@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace orvel {
 
@@ -19,6 +20,7 @@ constexpr qreal pastOpacity = 0.42;
 constexpr qreal titleGap = 4;
 constexpr qreal rangeGap = 8;
 constexpr qreal minimumScale = 0.85;
+constexpr int twoLinePadding = 8;
 
 } // namespace
 
@@ -36,6 +38,7 @@ void KerahatRow::setContent(const Content &content)
         return;
     content_ = content;
     setAccessibleName(content.accessibleName);
+    fitHeight();
     update();
 }
 
@@ -48,7 +51,73 @@ QString KerahatRow::countdownText() const
 
 QSize KerahatRow::sizeHint() const
 {
-    return {300, rowHeight};
+    return {300, height()};
+}
+
+KerahatRow::Arrangement KerahatRow::arrange(qreal width) const
+{
+    const bool active = content_.state == RowState::active;
+    Arrangement a;
+    a.rangeFont = ViewStyle::digitsFont(textPoints);
+    a.titleFont = ViewStyle::font(textPoints, active ? QFont::DemiBold : QFont::Normal);
+    a.countdownFont = ViewStyle::font(textPoints, QFont::Medium);
+    a.title = ViewStyle::text(content_.interval.kind.title());
+    a.countdown = countdownText();
+    const qreal titleLeft = PrayerRow::leadingPadding + PrayerRow::symbolColumn + titleGap;
+    const qreal rangeWidth = QFontMetricsF(a.rangeFont).horizontalAdvance(content_.range);
+    const qreal alignedRight = width - PrayerRow::trailingPadding - PrayerRow::bellSize - PrayerRow::bellGap;
+    // The range ends where the prayer times end, before the bell column...
+    a.rangeRight = alignedRight;
+    const auto needed = [&] {
+        return QFontMetricsF(a.titleFont).horizontalAdvance(a.title)
+            + QFontMetricsF(a.countdownFont).horizontalAdvance(a.countdown);
+    };
+    const auto room = [&] { return a.rangeRight - rangeWidth - rangeGap - titleLeft; };
+    // ...unless the title and its countdown need the room: then the range moves into the empty
+    // bell column and the text shrinks a little.
+    if (needed() > room())
+        a.rangeRight = width - PrayerRow::trailingPadding;
+    if (needed() > room()) {
+        const qreal scale = std::max(minimumScale, room() / needed());
+        a.titleFont.setPointSizeF(a.titleFont.pointSizeF() * scale);
+        a.countdownFont.setPointSizeF(a.countdownFont.pointSizeF() * scale);
+    }
+    if (needed() <= room())
+        return a;
+    // Still too long: the countdown goes under the title rather than cut the title short.
+    if (!a.countdown.isEmpty()) {
+        a.countdownBelow = true;
+        a.titleFont.setPointSizeF(ViewStyle::font(textPoints).pointSizeF());
+        a.countdownFont.setPointSizeF(a.titleFont.pointSizeF());
+        a.countdown = *content_.countdown + QStringLiteral(" sonra");
+        a.rangeRight = alignedRight;
+    }
+    const qreal titleRoom = room() - (a.countdownBelow ? 0 : QFontMetricsF(a.countdownFont).horizontalAdvance(a.countdown));
+    a.title = QFontMetricsF(a.titleFont).elidedText(a.title, Qt::ElideRight, titleRoom);
+    return a;
+}
+
+int KerahatRow::heightFor(const Arrangement &arrangement) const
+{
+    if (!arrangement.countdownBelow)
+        return rowHeight;
+    const qreal lines = QFontMetricsF(arrangement.titleFont).height() + QFontMetricsF(arrangement.countdownFont).height();
+    return std::max(rowHeight, static_cast<int>(std::ceil(lines)) + twoLinePadding);
+}
+
+// Panels of a fixed size are sized from their rows' hints, so a row that needs two lines at its
+// width says so through its own height.
+void KerahatRow::fitHeight()
+{
+    const int height = heightFor(arrange(width()));
+    if (height != this->height() || minimumHeight() != maximumHeight())
+        setFixedHeight(height);
+}
+
+void KerahatRow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    fitHeight();
 }
 
 void KerahatRow::paintEvent(QPaintEvent *)
@@ -56,7 +125,7 @@ void KerahatRow::paintEvent(QPaintEvent *)
     const Appearance appearance = content_.appearance;
     const bool active = content_.state == RowState::active;
     const QColor kerahat = ViewStyle::kerahat(appearance);
-    const qreal centreY = rowHeight / 2.0;
+    const qreal centreY = height() / 2.0;
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -76,48 +145,29 @@ void KerahatRow::paintEvent(QPaintEvent *)
     painter.setBrush(ViewStyle::faded(kerahat, active ? 1.0 : 0.7));
     painter.drawRoundedRect(bar, barSize.width() / 2, barSize.width() / 2);
 
-    const QFont rangeFont = ViewStyle::digitsFont(textPoints);
-    const qreal rangeWidth = QFontMetricsF(rangeFont).horizontalAdvance(content_.range);
+    const Arrangement a = arrange(width());
     const qreal titleLeft = PrayerRow::leadingPadding + PrayerRow::symbolColumn + titleGap;
-    // The range ends where the prayer times end, before the bell column...
-    qreal rangeRight = width() - PrayerRow::trailingPadding - PrayerRow::bellSize - PrayerRow::bellGap;
+    const QFontMetricsF titleMetrics(a.titleFont);
+    const QFontMetricsF countdownMetrics(a.countdownFont);
+    const qreal titleCentre = a.countdownBelow ? centreY - countdownMetrics.height() / 2 : centreY;
 
-    QFont titleFont = ViewStyle::font(textPoints, active ? QFont::DemiBold : QFont::Normal);
-    QFont countdownFont = ViewStyle::font(textPoints, QFont::Medium);
-    QString title = ViewStyle::text(content_.interval.kind.title());
-    const QString countdown = countdownText();
-    const auto needed = [&] {
-        return QFontMetricsF(titleFont).horizontalAdvance(title) + QFontMetricsF(countdownFont).horizontalAdvance(countdown);
-    };
-    const auto room = [&] { return rangeRight - rangeWidth - rangeGap - titleLeft; };
-    // ...unless the title and its countdown need the room: then the range moves into the bell
-    // column, the text shrinks a little, and as a last resort the title is shortened.
-    if (needed() > room())
-        rangeRight = width() - PrayerRow::trailingPadding;
-    if (needed() > room()) {
-        const qreal scale = std::max(minimumScale, room() / needed());
-        titleFont.setPointSizeF(titleFont.pointSizeF() * scale);
-        countdownFont.setPointSizeF(countdownFont.pointSizeF() * scale);
-    }
-    if (needed() > room())
-        title = QFontMetricsF(titleFont).elidedText(
-            title, Qt::ElideRight, room() - QFontMetricsF(countdownFont).horizontalAdvance(countdown));
-
-    painter.setFont(titleFont);
+    painter.setFont(a.titleFont);
     painter.setPen(active ? ViewStyle::primary(appearance) : ViewStyle::secondary(appearance));
-    painter.drawText(QPointF(titleLeft, ViewStyle::baseline(titleFont, centreY)), title);
+    painter.drawText(QPointF(titleLeft, ViewStyle::baseline(a.titleFont, titleCentre)), a.title);
 
-    if (!countdown.isEmpty()) {
-        painter.setFont(countdownFont);
+    if (!a.countdown.isEmpty()) {
+        painter.setFont(a.countdownFont);
         painter.setPen(kerahat);
-        painter.drawText(QPointF(titleLeft + QFontMetricsF(titleFont).horizontalAdvance(title),
-                                 ViewStyle::baseline(countdownFont, centreY)),
-                         countdown);
+        const QPointF at = a.countdownBelow
+            ? QPointF(titleLeft, ViewStyle::baseline(a.countdownFont, centreY + titleMetrics.height() / 2))
+            : QPointF(titleLeft + titleMetrics.horizontalAdvance(a.title), ViewStyle::baseline(a.countdownFont, centreY));
+        painter.drawText(at, a.countdown);
     }
 
-    painter.setFont(rangeFont);
+    const qreal rangeWidth = QFontMetricsF(a.rangeFont).horizontalAdvance(content_.range);
+    painter.setFont(a.rangeFont);
     painter.setPen(ViewStyle::secondary(appearance));
-    painter.drawText(QPointF(rangeRight - rangeWidth, ViewStyle::baseline(rangeFont, centreY)), content_.range);
+    painter.drawText(QPointF(a.rangeRight - rangeWidth, ViewStyle::baseline(a.rangeFont, centreY)), content_.range);
 }
 
 } // namespace orvel

@@ -4,6 +4,7 @@
 #include "Kerahat.h"
 #include "PopoverRules.h"
 
+#include <QFont>
 #include <QString>
 #include <QWidget>
 
@@ -41,10 +42,27 @@ public:
 
     QSize sizeHint() const override;
 
+    // How the row is laid out at a width: the fonts, the title as drawn, where the range ends,
+    // and whether the countdown had to go under the title.
+    struct Arrangement {
+        QFont titleFont;
+        QFont countdownFont;
+        QFont rangeFont;
+        QString title;
+        QString countdown;
+        qreal rangeRight = 0;
+        bool countdownBelow = false;
+    };
+    Arrangement arrange(qreal width) const;
+
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    int heightFor(const Arrangement &arrangement) const;
+    void fitHeight();
+
     Content content_;
 };
 

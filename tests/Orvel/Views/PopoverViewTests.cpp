@@ -275,3 +275,25 @@ TEST(TightLabel, ShrinksBeforeItBreaksAndThenBreaksOnlyAfterTheSeparator)
     label.resize(static_cast<int>(full * 1.1), 10);
     EXPECT_LT(label.minimumHeight(), 1.5 * QFontMetricsF(font).lineSpacing());
 }
+
+TEST(KerahatRow, ALongCountdownGoesUnderTheTitleRatherThanCutIt)
+{
+    KerahatRow row;
+    KerahatRow::Content content;
+    content.interval = {KerahatKind::istiva, Instant{0}, Instant{600}};
+    content.range = QStringLiteral("12:45 – 12:55");
+    content.countdown = QStringLiteral("2 sa 45 dk");
+    row.setContent(content);
+    row.setAttribute(Qt::WA_DontShowOnScreen);
+    row.show();
+
+    for (const int width : {1000, 280}) {
+        SCOPED_TRACE(width);
+        row.resize(width, row.height());
+        const KerahatRow::Arrangement arrangement = row.arrange(width);
+        EXPECT_EQ(arrangement.title, QStringLiteral("Kerahat (istiva)"));
+        EXPECT_EQ(arrangement.countdownBelow, width == 280);
+        EXPECT_EQ(arrangement.countdown, width == 280 ? QStringLiteral("2 sa 45 dk sonra") : QStringLiteral(" · 2 sa 45 dk sonra"));
+        EXPECT_EQ(row.height() > KerahatRow::rowHeight, arrangement.countdownBelow);
+    }
+}
