@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Location.h"
+
+#include <QException>
+#include <QFuture>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace orvel {
+
+enum class LocationError {
+    denied,      // the user or the desktop refused access to the position
+    unavailable, // anything else: no position source, a timeout, a superseded request
+};
+
+// How a currentLocation() future fails.
+class LocationFailure : public QException {
+public:
+    explicit LocationFailure(LocationError error) : error(error) {}
+    void raise() const override { throw *this; }
+    LocationFailure *clone() const override { return new LocationFailure(*this); }
+
+    LocationError error;
+};
+
+// How a search() future fails: neither the geocoder nor the offline gazetteer could answer.
+class SearchFailure : public QException {
+public:
+    void raise() const override { throw *this; }
+    SearchFailure *clone() const override { return new SearchFailure(*this); }
+};
+
+struct PlaceSearch {
+    std::vector<Location> places; // in the geocoder's order, one per name
+    bool offline = false;         // answered from the offline gazetteer
+
+    bool operator==(const PlaceSearch &) const = default;
+};
+
+// Turns the device's position, or a place name typed by the user, into a Location. Futures
+// resolve on the UI thread; every call's future finishes exactly once.
+class LocationService : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // The desktop's location service (geoclue) with the online geocoders and the gazetteer.
+    static std::unique_ptr<LocationService> create(QObject *parent = nullptr);
+
+    virtual QFuture<Location> currentLocation() = 0;
+    virtual QFuture<PlaceSearch> search(const QString &query) = 0;
+};
+
+} // namespace orvel
