@@ -1,11 +1,12 @@
 #pragma once
 
-#include "Location.h"
-
+// Qt first: moc cannot read the standard headers that Location.h brings in ahead of Qt's.
 #include <QException>
 #include <QFuture>
 #include <QObject>
 #include <QString>
+
+#include "Location.h"
 
 #include <memory>
 #include <vector>
