@@ -72,10 +72,22 @@ CivilTime civil(Instant instant, const TimeZone &zone)
     return {date.year, date.month, date.day, secondOfDay / 3600, secondOfDay % 3600 / 60, secondOfDay % 60};
 }
 
+Instant wallClock(const CivilTime &time, const TimeZone &zone)
+{
+    const double local = static_cast<double>(daysFromCivil(time.year, time.month, time.day) * secondsPerDay
+                                              + time.hour * 3600 + time.minute * 60 + time.second);
+    return Instant::fromUnix(local - zone.offsetSecondsAtLocal(local));
+}
+
 Instant startOfDay(int64_t year, int64_t month, int64_t day, const TimeZone &zone)
 {
-    const double localMidnight = static_cast<double>(daysFromCivil(year, month, day) * secondsPerDay);
-    return Instant::fromUnix(localMidnight - zone.offsetSecondsAtLocal(localMidnight));
+    return wallClock({year, month, day, 0, 0, 0}, zone);
+}
+
+Instant nextDay(Instant instant, const TimeZone &zone)
+{
+    const double local = instant.unixSeconds() + zone.offsetSeconds(instant) + secondsPerDay;
+    return Instant::fromUnix(local - zone.offsetSecondsAtLocal(local));
 }
 
 CalendarDate ummAlQura(Instant instant)

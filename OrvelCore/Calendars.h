@@ -38,9 +38,15 @@ int daysInMonth(int64_t year, int64_t month);
 
 // The Gregorian wall-clock reading of the instant in the zone.
 CivilTime civil(Instant instant, const TimeZone &zone);
+// The instant of a wall-clock reading in the zone. Fields may run over (minute 1500 is 01:00 of
+// the next day). A reading skipped by a clock change moves forward past the gap; a repeated one
+// takes its first occurrence.
+Instant wallClock(const CivilTime &time, const TimeZone &zone);
 // The first instant of the Gregorian day in the zone (00:00, or the first existing moment when
 // the zone skips midnight).
 Instant startOfDay(int64_t year, int64_t month, int64_t day, const TimeZone &zone);
+// The same wall-clock reading one calendar day later: 23 or 25 hours on a change day.
+Instant nextDay(Instant instant, const TimeZone &zone);
 
 // The Umm al-Qura date on which the instant falls, reckoned in UTC.
 CalendarDate ummAlQura(Instant instant);

@@ -1,6 +1,7 @@
 #include "DayKey.h"
 
 #include "Calendars.h"
+#include "JsonValues.h"
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -16,6 +17,11 @@ DayKey DayKey::from(Instant instant, const TimeZone &zone)
 Instant DayKey::start(const TimeZone &zone) const
 {
     return Calendars::startOfDay(year, month, day, zone);
+}
+
+Instant DayKey::at(int64_t minutes, const TimeZone &zone) const
+{
+    return Calendars::wallClock({year, month, day, 0, minutes, 0}, zone);
 }
 
 DayKey DayKey::adding(int64_t days) const
@@ -39,9 +45,9 @@ void to_json(nlohmann::json &json, const DayKey &day)
 
 void from_json(const nlohmann::json &json, DayKey &day)
 {
-    day.year = json.at("year").get<int64_t>();
-    day.month = json.at("month").get<int64_t>();
-    day.day = json.at("day").get<int64_t>();
+    day.year = JsonValues::integer(json, "year");
+    day.month = JsonValues::integer(json, "month");
+    day.day = JsonValues::integer(json, "day");
 }
 
 } // namespace orvel

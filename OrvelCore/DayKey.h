@@ -24,6 +24,8 @@ struct DayKey {
 
     // 00:00 of the day in the zone.
     Instant start(const TimeZone &zone) const;
+    // The wall clock `minutes` after 00:00 of the day in the zone (see Calendars::wallClock).
+    Instant at(int64_t minutes, const TimeZone &zone) const;
     DayKey adding(int64_t days) const;
     MonthKey monthKey() const { return {year, month}; }
     std::string description() const; // "2025-03-07"

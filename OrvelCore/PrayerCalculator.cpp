@@ -19,7 +19,6 @@ constexpr double sinDefaultIshaAltitude = -0.29237170472273677;
 constexpr double defaultIshaPortion = 0.2833333333333333;
 constexpr double asrShadowFactor = 1.0;
 constexpr int refinementPasses = 2;
-constexpr double noonOffsetSeconds = 43200;
 
 double radians(double degrees) { return degrees * pi / 180; }
 double degrees(double radians) { return radians * 180 / pi; }
@@ -154,8 +153,11 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
         }
     }
 
-    const Instant dayStart = day.start(zone);
-    const double zoneHours = zone.offsetSeconds(dayStart + noonOffsetSeconds) / 3600.0;
+    // The clock minutes are reckoned with the offset at local noon; the same offset turns them back
+    // into instants, so that on a clock-change day each time lands on its real moment.
+    const int noonOffset = zone.offsetSeconds(day.at(12 * 60, zone));
+    const Instant utcMidnight = day.start(TimeZone::utc());
+    const double zoneHours = noonOffset / 3600.0;
     const double correction = zoneHours - location.longitude / 15;
     fajr += correction;
     sunrise += correction;
@@ -178,7 +180,7 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
     const std::array<double, 6> hours{fajr, sunrise, dhuhr, asr, sunset, isha};
     DayTimes result{day, {}, std::nullopt};
     for (const Prayer::Value prayer : Prayer::allCases) {
-        result.times[prayer] = dayStart + roundedMinutes(hours[prayer], parameters.adjustment(prayer)) * 60;
+        result.times[prayer] = utcMidnight + roundedMinutes(hours[prayer], parameters.adjustment(prayer)) * 60 - noonOffset;
     }
     return result;
 }

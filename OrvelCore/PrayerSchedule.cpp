@@ -1,5 +1,7 @@
 #include "PrayerSchedule.h"
 
+#include "Calendars.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -36,7 +38,7 @@ double dayProgress(Instant now, const DayTimes &today)
 
 } // namespace
 
-PrayerStatus status(Instant now, const DayTimes &today, const std::optional<DayTimes> &tomorrow)
+PrayerStatus status(Instant now, const DayTimes &today, const std::optional<DayTimes> &tomorrow, const TimeZone &zone)
 {
     PrayerStatus status;
     status.current = currentPrayer(now, today);
@@ -51,7 +53,7 @@ PrayerStatus status(Instant now, const DayTimes &today, const std::optional<DayT
         status.currentTime = today[Prayer::yatsi];
         status.next = Prayer::imsak;
         status.nextIsTomorrow = true;
-        status.nextTime = tomorrow ? (*tomorrow)[Prayer::imsak] : today[Prayer::imsak] + 86400;
+        status.nextTime = tomorrow ? (*tomorrow)[Prayer::imsak] : Calendars::nextDay(today[Prayer::imsak], zone);
     }
     status.dayProgress = dayProgress(now, today);
     const double minutes = std::ceil((status.nextTime - now) / 60);

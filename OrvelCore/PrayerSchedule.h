@@ -3,6 +3,7 @@
 #include "DayTimes.h"
 #include "Instant.h"
 #include "Prayer.h"
+#include "TimeZone.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,7 +28,8 @@ struct PrayerStatus {
 
 namespace PrayerSchedule {
 
-PrayerStatus status(Instant now, const DayTimes &today, const std::optional<DayTimes> &tomorrow);
+// Without tomorrow's times, tomorrow's İmsak is taken at today's wall clock in the zone.
+PrayerStatus status(Instant now, const DayTimes &today, const std::optional<DayTimes> &tomorrow, const TimeZone &zone);
 
 } // namespace PrayerSchedule
 

@@ -49,15 +49,6 @@ OptionTable optionTable(Choices &choices)
     return table;
 }
 
-// The first instant of the wall-clock minute in the zone; a minute skipped by a clock change
-// counts from the offset before the change.
-Instant instantAt(const CivilTime &civil, const TimeZone &zone)
-{
-    const double local = static_cast<double>(Calendars::daysFromCivil(civil.year, civil.month, civil.day)) * 86400
-        + static_cast<double>(civil.hour * 3600 + civil.minute * 60);
-    return Instant::fromUnix(local - zone.offsetSecondsAtLocal(local));
-}
-
 // "2026-03-10T18:47:00+03:00": the wall clock of the place with its offset.
 std::string isoTime(Instant instant, const TimeZone &zone)
 {
@@ -103,7 +94,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     request.sources = choices.sources;
     request.format = choices.format;
     // The status item moves in whole minutes; so does this.
-    request.now = choices.now ? instantAt(*choices.now, request.location.timeZone()) : clock.now().floorToMinute();
+    request.now = choices.now ? Calendars::wallClock(*choices.now, request.location.timeZone()) : clock.now().floorToMinute();
     return request;
 }
 
@@ -117,7 +108,7 @@ Moment moment(const Request &request, const DaysAnswer &answer)
 {
     Moment moment{answer.days.at(0), answer.days.at(1), answer.source, {}, {}, false, false, {}, {}};
     const Instant now = request.now;
-    moment.status = PrayerSchedule::status(now, moment.today, moment.tomorrow);
+    moment.status = PrayerSchedule::status(now, moment.today, moment.tomorrow, request.location.timeZone());
     moment.kerahat = Kerahat::active(
         now, Kerahat::intervals(moment.today, Kerahat::defaultSunMinutes, Kerahat::defaultIstivaMinutes));
     moment.ramadanToday = StatusText::isRamadanToday(ramadanMode, moment.today);

@@ -412,7 +412,7 @@ std::optional<PrayerStatus> AppModel::status() const
 {
     if (!today_)
         return std::nullopt;
-    return PrayerSchedule::status(now_, *today_, tomorrow_);
+    return PrayerSchedule::status(now_, *today_, tomorrow_, zone());
 }
 
 QString AppModel::dateLine() const

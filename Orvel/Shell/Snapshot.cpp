@@ -2,6 +2,7 @@
 
 #include "AladhanClient.h"
 #include "AppModel.h"
+#include "Calendars.h"
 #include "Defaults.h"
 #include "OrvelFormat.h"
 #include "PopoverView.h"
@@ -11,7 +12,6 @@
 #include "ViewStyle.h"
 
 #include <QApplication>
-#include <QDateTime>
 #include <QDir>
 #include <QEventLoop>
 #include <QHBoxLayout>
@@ -141,10 +141,8 @@ std::optional<Instant> parseNow(const QString &value)
     const QTime time = QTime::fromString(parts.at(1), QStringLiteral("HH:mm"));
     if (!date.isValid() || !time.isValid())
         return std::nullopt;
-    // The wall-clock reading as if it were UTC, then moved by Istanbul's offset at that reading.
-    const double localSeconds = static_cast<double>(QDateTime(date, time, Qt::UTC).toSecsSinceEpoch());
-    const TimeZone zone = TimeZone::named(istanbulZone);
-    return Instant::fromUnix(localSeconds - zone.offsetSecondsAtLocal(localSeconds));
+    return Calendars::wallClock({date.year(), date.month(), date.day(), time.hour(), time.minute(), 0},
+                                TimeZone::named(istanbulZone));
 }
 
 Location uskudar()

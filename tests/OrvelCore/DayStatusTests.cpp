@@ -24,7 +24,7 @@ const DayTimes today = dayAt({2025, 6, 21});
 
 Instant at(int hour, int minute) { return today.day.start(istanbul) + hour * 3600 + minute * 60; }
 
-PrayerStatus status(Instant now, const std::optional<DayTimes> &tomorrow = std::nullopt) { return PrayerSchedule::status(now, today, tomorrow); }
+PrayerStatus status(Instant now, const std::optional<DayTimes> &tomorrow = std::nullopt) { return PrayerSchedule::status(now, today, tomorrow, istanbul); }
 
 // 29 Şaban and 1 Ramazan 1446 as the service would date them.
 const DayTimes lastOfSaban = dayAt({2025, 2, 28}, HijriDate{29, 8, 1446});
@@ -54,7 +54,7 @@ TEST(PrayerSchedule, statusThroughTheDay)
     // Equal times must not divide by a zero-length day.
     DayTimes flat = today;
     flat.times.fill(today[Prayer::ogle]);
-    EXPECT_EQ(PrayerSchedule::status(today[Prayer::ogle] + 10, flat, std::nullopt).dayProgress, 0);
+    EXPECT_EQ(PrayerSchedule::status(today[Prayer::ogle] + 10, flat, std::nullopt, istanbul).dayProgress, 0);
 }
 
 TEST(PrayerSchedule, adhanMomentAndEntryAnnouncementLastTheFirstMinute)
@@ -99,7 +99,7 @@ TEST(Kerahat, intervalsAndTheirEdges)
 
 TEST(StatusText, titleLabelAndRamadanFlags)
 {
-    const PrayerStatus beforeAksam = PrayerSchedule::status(lastOfSaban[Prayer::aksam] - 75 * 60, lastOfSaban, firstOfRamadan);
+    const PrayerStatus beforeAksam = PrayerSchedule::status(lastOfSaban[Prayer::aksam] - 75 * 60, lastOfSaban, firstOfRamadan, istanbul);
     EXPECT_EQ(StatusText::title(MenuBarStyle::nameAndRemaining, beforeAksam, false, istanbul), "Akşam 1:15");
     EXPECT_EQ(StatusText::title(MenuBarStyle::nameAndRemaining, beforeAksam, true, istanbul), "İftar 1:15");
     EXPECT_EQ(StatusText::title(MenuBarStyle::remaining, beforeAksam, true, istanbul), "1:15");
@@ -110,7 +110,7 @@ TEST(StatusText, titleLabelAndRamadanFlags)
     EXPECT_EQ(StatusText::accessibilityLabel(std::nullopt, false, true), "Orvel");
     EXPECT_EQ(StatusText::accessibilityLabel(beforeAksam, false, false), "Akşam ezanına 1 saat 15 dakika kaldı");
     EXPECT_EQ(StatusText::accessibilityLabel(beforeAksam, true, true), "İftara 1 saat 15 dakika kaldı, kerahat vakti");
-    const PrayerStatus beforeImsak = PrayerSchedule::status(lastOfSaban[Prayer::imsak] - 45 * 60, lastOfSaban, std::nullopt);
+    const PrayerStatus beforeImsak = PrayerSchedule::status(lastOfSaban[Prayer::imsak] - 45 * 60, lastOfSaban, std::nullopt, istanbul);
     EXPECT_EQ(StatusText::accessibilityLabel(beforeImsak, true, false), "Sahurun bitmesine 45 dakika kaldı");
 
     // Ramadan wording follows the day of the next time.
@@ -122,17 +122,17 @@ TEST(StatusText, titleLabelAndRamadanFlags)
     EXPECT_FALSE(StatusText::isRamadanToday(true, dayAt({2025, 3, 1}, HijriDate{30, 8, 1446})));
 
     // After Yatsı on the eve of Ramadan the next time is the first Sahur.
-    const PrayerStatus night = PrayerSchedule::status(lastOfSaban[Prayer::yatsi] + 60, lastOfSaban, firstOfRamadan);
+    const PrayerStatus night = PrayerSchedule::status(lastOfSaban[Prayer::yatsi] + 60, lastOfSaban, firstOfRamadan, istanbul);
     EXPECT_TRUE(StatusText::nextIsRamadan(true, night, lastOfSaban, firstOfRamadan));
     EXPECT_FALSE(StatusText::nextIsRamadan(true, night, lastOfSaban, std::nullopt));
-    const PrayerStatus evening = PrayerSchedule::status(lastOfSaban[Prayer::aksam] - 60, lastOfSaban, firstOfRamadan);
+    const PrayerStatus evening = PrayerSchedule::status(lastOfSaban[Prayer::aksam] - 60, lastOfSaban, firstOfRamadan, istanbul);
     EXPECT_FALSE(StatusText::nextIsRamadan(true, evening, lastOfSaban, firstOfRamadan));
 
     // On the last evening of Ramadan İftar is still İftar, and the following İmsak is no longer Sahur.
     const DayTimes lastOfRamadan = dayAt({2025, 3, 29}, HijriDate{29, 9, 1446});
     const DayTimes bayram = dayAt({2025, 3, 30}, HijriDate{1, 10, 1446});
-    const PrayerStatus iftar = PrayerSchedule::status(lastOfRamadan[Prayer::aksam] - 60, lastOfRamadan, bayram);
+    const PrayerStatus iftar = PrayerSchedule::status(lastOfRamadan[Prayer::aksam] - 60, lastOfRamadan, bayram, istanbul);
     EXPECT_TRUE(StatusText::nextIsRamadan(true, iftar, lastOfRamadan, bayram));
-    const PrayerStatus lastNight = PrayerSchedule::status(lastOfRamadan[Prayer::yatsi] + 60, lastOfRamadan, bayram);
+    const PrayerStatus lastNight = PrayerSchedule::status(lastOfRamadan[Prayer::yatsi] + 60, lastOfRamadan, bayram, istanbul);
     EXPECT_FALSE(StatusText::nextIsRamadan(true, lastNight, lastOfRamadan, bayram));
 }

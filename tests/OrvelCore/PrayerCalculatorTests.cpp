@@ -77,29 +77,34 @@ TEST(PrayerCalculator, highLatitudesUseNightPortions)
         }
 }
 
-TEST(PrayerCalculator, daylightSavingChangeDays)
+TEST(PrayerCalculator, clockChangeDaysKeepTheRealMoments)
 {
     const Location berlin{"Berlin", 52.52, 13.405, "Europe/Berlin"};
     const Location newYork{"New York", 40.7128, -74.006, "America/New_York"};
-    // Berlin springs forward at 02:00 and falls back at 03:00; New York falls back at 02:00.
-    // The offset change is that at noon of the day minus that of the day before, in minutes.
-    const struct { Location place; DayKey day; double offsetChange; } changes[] = {
-        {berlin, {2025, 3, 30}, 60}, {berlin, {2025, 10, 26}, -60}, {newYork, {2025, 3, 9}, 60}, {newYork, {2025, 11, 2}, -60}};
-    for (const auto &change : changes) {
-        SCOPED_TRACE(change.place.name + " " + change.day.description());
-        const auto offsetsOn = [&](int days) {
-            const DayKey day = change.day.adding(days);
-            return offsets(PrayerCalculator::times(day, change.place, CalculationMethod::diyanet), change.place.timeZone());
-        };
-        const std::vector<double> before = offsetsOn(-1), on = offsetsOn(0), after = offsetsOn(1);
-        for (size_t i = 0; i < on.size(); ++i) {
-            // Whole minutes counted from the start of the local day, corrected with the offset
-            // in force at noon (the one of the following day), not the one at midnight.
-            EXPECT_EQ(std::fmod(on[i], 1.0), 0.0);
-            EXPECT_NEAR(on[i], after[i], 4);
-            EXPECT_NEAR(on[i] - before[i], change.offsetChange, 4);
+    const Location sydney{"Sydney", -33.8688, 151.2093, "Australia/Sydney"};
+    const Location santiago{"Santiago", -33.4489, -70.6693, "America/Santiago"};
+    const Location lordHowe{"Lord Howe", -31.5553, 159.0821, "Australia/Lord_Howe"};
+    // Both changes of 2025 in each zone; Santiago changes at midnight, Lord Howe by 30 minutes.
+    const std::pair<Location, DayKey> changes[] = {
+        {berlin, {2025, 3, 30}},  {berlin, {2025, 10, 26}},  {newYork, {2025, 3, 9}},   {newYork, {2025, 11, 2}},
+        {sydney, {2025, 4, 6}},   {sydney, {2025, 10, 5}},   {santiago, {2025, 4, 6}},  {santiago, {2025, 9, 7}},
+        {lordHowe, {2025, 4, 6}}, {lordHowe, {2025, 10, 5}}};
+    for (const auto &[place, day] : changes) {
+        SCOPED_TRACE(place.name + " " + day.description());
+        const DayTimes before = PrayerCalculator::times(day.adding(-1), place, CalculationMethod::diyanet);
+        const DayTimes on = PrayerCalculator::times(day, place, CalculationMethod::diyanet);
+        const DayTimes after = PrayerCalculator::times(day.adding(1), place, CalculationMethod::diyanet);
+        for (const Prayer::Value prayer : Prayer::allCases) {
+            // A day later in real time, give or take the sun's few minutes, whatever the clocks did.
+            EXPECT_NEAR(on[prayer] - before[prayer], 86400, 4 * 60) << Prayer(prayer).displayName(false);
+            EXPECT_NEAR(after[prayer] - on[prayer], 86400, 4 * 60) << Prayer(prayer).displayName(false);
+            EXPECT_EQ(std::fmod(on[prayer].unixSeconds(), 60.0), 0.0);
         }
     }
+    // The wall clock jumps with the zone: Berlin's İmsak 03:47, then 04:44 in summer time.
+    EXPECT_EQ(clocks({2025, 3, 29}, berlin, CalculationMethod::diyanet).front(), "03:47");
+    EXPECT_EQ(clocks({2025, 3, 30}, berlin, CalculationMethod::diyanet).front(), "04:44");
+    EXPECT_EQ(clocks({2025, 10, 26}, berlin, CalculationMethod::diyanet).front(), "04:57");
 }
 
 TEST(PrayerCalculator, unknownZoneFallsBackToTheMachineZone)

@@ -39,7 +39,7 @@ TEST(PopoverRules, RowStatesMarkOnlyTodaysOwnTimes)
 {
     const DayTimes today = march10();
     const auto P = State::past, C = State::current, N = State::next, U = State::upcoming;
-    const auto rowStatesAt = [](Instant now) { return rowStates(PrayerSchedule::status(now, march10(), march11()), march10(), now); };
+    const auto rowStatesAt = [](Instant now) { return rowStates(PrayerSchedule::status(now, march10(), march11(), TimeZone::named("Europe/Istanbul")), march10(), now); };
     EXPECT_EQ(rowStatesAt(at(2026, 3, 10, 12, 30)), (std::vector{P, C, N, U, U, U}));
     EXPECT_EQ(rowStatesAt(at(2026, 3, 10, 4, 0)), (std::vector{N, U, U, U, U, U}));
     EXPECT_EQ(rowStatesAt(today[Prayer::ogle]), (std::vector{P, P, C, N, U, U})) << "current from its very instant";
@@ -140,7 +140,7 @@ TEST(PopoverRules, Subtitle)
     };
     for (const auto &[hour, ramadan, expected] : cases) {
         SCOPED_TRACE(testing::Message() << hour << ":30, Ramadan " << ramadan);
-        const PrayerStatus status = PrayerSchedule::status(at(2026, 3, 10, hour, 30), march10(), march11());
+        const PrayerStatus status = PrayerSchedule::status(at(2026, 3, 10, hour, 30), march10(), march11(), TimeZone::named("Europe/Istanbul"));
         EXPECT_EQ(PopoverRules::subtitle(status, ramadan, TimeZone::named("Europe/Istanbul")), QString::fromUtf8(expected));
     }
 }
