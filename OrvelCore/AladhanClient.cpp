@@ -3,6 +3,7 @@
 #include "Calendars.h"
 #include "DayKey.h"
 #include "DecimalText.h"
+#include "JsonValues.h"
 #include "TimeZone.h"
 
 #include <algorithm>
@@ -45,15 +46,6 @@ const std::string &stringValue(const json &value)
     return value.get_ref<const std::string &>();
 }
 
-int64_t integerValue(const json &value)
-{
-    if (!value.is_number_integer())
-        typeMismatch(value, "integer");
-    if (value.is_number_unsigned() && value.get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max()))
-        typeMismatch(value, "a 64-bit integer");
-    return value.get<int64_t>();
-}
-
 const json &arrayValue(const json &value)
 {
     if (!value.is_array())
@@ -61,10 +53,11 @@ const json &arrayValue(const json &value)
     return value;
 }
 
+// Day and year are declared as text ("05"), but the service has also sent them as numbers.
 struct WirePart {
-    const std::string *day;
+    std::optional<int64_t> day;
     int64_t month;
-    const std::string *year;
+    std::optional<int64_t> year;
 };
 
 struct WireEntry {
@@ -72,23 +65,6 @@ struct WireEntry {
     WirePart gregorian;
     WirePart hijri;
 };
-
-WirePart decodePart(const json &part)
-{
-    return {&stringValue(part.at("day")), integerValue(part.at("month").at("number")), &stringValue(part.at("year"))};
-}
-
-WireEntry decodeEntry(const json &entry)
-{
-    const json &timings = entry.at("timings");
-    if (!timings.is_object())
-        typeMismatch(timings, "object");
-    // Every timing is text, including those that are never read.
-    for (const json &value : timings)
-        stringValue(value);
-    const json &date = entry.at("date");
-    return {&timings, decodePart(date.at("gregorian")), decodePart(date.at("hijri"))};
-}
 
 // ---- Reading the texts ----
 
@@ -142,6 +118,34 @@ std::string firstCharacters(std::string_view text, int32_t count)
     return out;
 }
 
+// A whole number given as decimal text or as a JSON integer; none for unreadable text.
+std::optional<int64_t> wholeNumber(const json &value)
+{
+    if (value.is_number_integer())
+        return JsonValues::integer(value);
+    return decimalInteger(stringValue(value));
+}
+
+WirePart decodePart(const json &part)
+{
+    return {wholeNumber(part.at("day")), JsonValues::integer(part.at("month").at("number")), wholeNumber(part.at("year"))};
+}
+
+WireEntry decodeEntry(const json &entry)
+{
+    // A day without its fields is a broken timetable, not a different kind of document.
+    if (!entry.is_object() || !entry.contains("timings") || !entry.contains("date"))
+        throw AladhanClient::ClientError::badPayload();
+    const json &timings = entry.at("timings");
+    if (!timings.is_object())
+        typeMismatch(timings, "object");
+    // Every timing is text, including those that are never read.
+    for (const json &value : timings)
+        stringValue(value);
+    const json &date = entry.at("date");
+    return {&timings, decodePart(date.at("gregorian")), decodePart(date.at("hijri"))};
+}
+
 // Minutes after midnight of a timing such as "05:12 (+03)"; the zone suffix is cut off with
 // everything else past the fifth character.
 std::optional<int64_t> clockMinutes(std::string_view timing)
@@ -169,17 +173,10 @@ std::optional<int64_t> clockMinutes(std::string_view timing)
     return *hours * 60 + *minutes;
 }
 
-// The same wall-clock time one calendar day later.
-Instant nextCalendarDay(Instant instant, const TimeZone &zone)
-{
-    const double local = instant.unixSeconds() + zone.offsetSeconds(instant) + 86400;
-    return Instant::fromUnix(local - zone.offsetSecondsAtLocal(local));
-}
-
 DayTimes readDay(const WireEntry &entry, const TimeZone &zone)
 {
-    const auto day = decimalInteger(*entry.gregorian.day);
-    const auto year = decimalInteger(*entry.gregorian.year);
+    const auto day = entry.gregorian.day;
+    const auto year = entry.gregorian.year;
     if (!day || !year)
         throw AladhanClient::ClientError::badPayload();
     const int64_t month = entry.gregorian.month;
@@ -189,7 +186,6 @@ DayTimes readDay(const WireEntry &entry, const TimeZone &zone)
 
     DayTimes result;
     result.day = {*year, month, *day};
-    const Instant start = result.day.start(zone);
     for (size_t i = 0; i < timingKeys.size(); ++i) {
         const auto found = entry.timings->find(timingKeys[i]);
         if (found == entry.timings->end())
@@ -197,15 +193,16 @@ DayTimes readDay(const WireEntry &entry, const TimeZone &zone)
         const auto minutes = clockMinutes(found->get_ref<const std::string &>());
         if (!minutes)
             throw AladhanClient::ClientError::badPayload();
-        Instant time = start + static_cast<double>(*minutes) * 60;
+        // The service gives the place's wall clock of that date.
+        Instant time = result.day.at(*minutes, zone);
         // A night time past midnight belongs to the next morning.
         if (i > 0 && time < result.times[i - 1])
-            time = nextCalendarDay(time, zone);
+            time = Calendars::nextDay(time, zone);
         result.times[i] = time;
     }
 
-    const auto hijriDay = decimalInteger(*entry.hijri.day);
-    const auto hijriYear = decimalInteger(*entry.hijri.year);
+    const auto hijriDay = entry.hijri.day;
+    const auto hijriYear = entry.hijri.year;
     if (hijriDay && hijriYear)
         result.hijri = HijriDate{*hijriDay, entry.hijri.month, *hijriYear};
     return result;
@@ -355,7 +352,7 @@ std::vector<DayTimes> AladhanClient::month(MonthKey month, const Location &locat
 std::vector<DayTimes> AladhanClient::parse(std::string_view body, const TimeZone &zone)
 {
     const json document = json::parse(body);
-    const int64_t code = integerValue(document.at("code"));
+    const int64_t code = JsonValues::integer(document.at("code"));
     const json &data = arrayValue(document.at("data"));
     std::vector<WireEntry> entries;
     entries.reserve(data.size());

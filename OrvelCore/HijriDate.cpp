@@ -2,6 +2,7 @@
 
 #include "Calendars.h"
 #include "DayKey.h"
+#include "JsonValues.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -31,9 +32,9 @@ void to_json(nlohmann::json &json, const HijriDate &date)
 
 void from_json(const nlohmann::json &json, HijriDate &date)
 {
-    date.day = json.at("day").get<int64_t>();
-    date.month = json.at("month").get<int64_t>();
-    date.year = json.at("year").get<int64_t>();
+    date.day = JsonValues::integer(json, "day");
+    date.month = JsonValues::integer(json, "month");
+    date.year = JsonValues::integer(json, "year");
 }
 
 } // namespace orvel

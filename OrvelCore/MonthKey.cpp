@@ -2,6 +2,7 @@
 
 #include "Calendars.h"
 #include "DayKey.h"
+#include "JsonValues.h"
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -37,8 +38,8 @@ void to_json(nlohmann::json &json, const MonthKey &month)
 
 void from_json(const nlohmann::json &json, MonthKey &month)
 {
-    month.year = json.at("year").get<int64_t>();
-    month.month = json.at("month").get<int64_t>();
+    month.year = JsonValues::integer(json, "year");
+    month.month = JsonValues::integer(json, "month");
 }
 
 } // namespace orvel

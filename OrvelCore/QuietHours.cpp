@@ -1,6 +1,7 @@
 #include "QuietHours.h"
 
 #include "Calendars.h"
+#include "JsonValues.h"
 
 #include <nlohmann/json.hpp>
 
@@ -25,8 +26,8 @@ void to_json(nlohmann::json &json, const QuietHours &hours)
 void from_json(const nlohmann::json &json, QuietHours &hours)
 {
     hours.enabled = json.at("enabled").get<bool>();
-    hours.start = json.at("start").get<int64_t>();
-    hours.end = json.at("end").get<int64_t>();
+    hours.start = JsonValues::integer(json, "start");
+    hours.end = JsonValues::integer(json, "end");
 }
 
 } // namespace orvel

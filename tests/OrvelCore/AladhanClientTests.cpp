@@ -129,19 +129,66 @@ TEST(AladhanClientParse, hijriDate)
     for (const auto &[day, year] : unreadable)
         EXPECT_EQ(onlyDay(body({entry(ordinaryDay, "01", day, year)})), withoutHijri) << day << " " << year;
 
-    // In early 2025 the service briefly sent the Hijri day and year as JSON numbers. They are
-    // declared as text, so such a body does not decode and the month comes from the calculator.
-    // The sample is cut off mid-way; its one day is put into a month body as the service sent it.
+    // In early 2025 the service briefly sent the Hijri day and year as JSON numbers; the day is
+    // still good. The sample is cut off mid-way; its one day goes into a month body as sent.
     const std::string sample = readFixture("truncated_raw_timings_2025-01-05_issue83_int-hijri-day-year.txt");
     EXPECT_THROW(AladhanClient::parse(sample, istanbul), json::parse_error);
     const size_t dayStart = sample.find("\"data\":") + 7, dayEnd = sample.find(",\"meta\"");
     ASSERT_NE(dayEnd, std::string::npos);
     json day = json::parse(sample.substr(dayStart, dayEnd - dayStart) + "}");
+    ASSERT_TRUE(day["date"]["hijri"]["day"].is_number());
     const TimeZone newYork = TimeZone::named("America/New_York");
-    EXPECT_THROW(AladhanClient::parse(json{{"code", 200}, {"data", {day}}}.dump(), newYork), json::type_error);
+    const DayTimes numeric = AladhanClient::parse(json{{"code", 200}, {"data", {day}}}.dump(), newYork).at(0);
+    EXPECT_EQ(numeric.hijri, (HijriDate{5, 7, 1446}));
+    EXPECT_EQ(numeric.day, (DayKey{2025, 1, 5}));
+    // Text and number give the same day; other JSON types are still refused.
     day["date"]["hijri"]["day"] = "5";
     day["date"]["hijri"]["year"] = "1446";
-    EXPECT_EQ(AladhanClient::parse(json{{"code", 200}, {"data", {day}}}.dump(), newYork).at(0).hijri, (HijriDate{5, 7, 1446}));
+    EXPECT_EQ(AladhanClient::parse(json{{"code", 200}, {"data", {day}}}.dump(), newYork).at(0), numeric);
+    day["date"]["hijri"]["day"] = 5.5;
+    EXPECT_THROW(AladhanClient::parse(json{{"code", 200}, {"data", {day}}}.dump(), newYork), json::type_error);
+}
+
+TEST(AladhanClientParse, dayWithoutItsFieldsIsABadPayload)
+{
+    // An edited month whose days 2 to 5 were replaced by {}.
+    const std::string vienna = readFixture("edited_calendar_2019-05_vienna_method2_isna_legacy-query-form.json");
+    try {
+        AladhanClient::parse(vienna, TimeZone::named("Europe/Vienna"));
+        FAIL() << "a month with empty days was read";
+    } catch (const ClientError &error) {
+        EXPECT_EQ(error.kind(), ClientError::Kind::badPayload);
+    }
+    EXPECT_THROW(AladhanClient::parse(body({entry(), json::object()}), istanbul), ClientError);
+    EXPECT_THROW(AladhanClient::parse(body({entry(), json::array()}), istanbul), ClientError);
+}
+
+TEST(AladhanClientParse, timingsAreTheWallClockOfThePlace)
+{
+    // Berlin, 30 March 2025: 02:00 CET became 03:00 CEST; 26 October: 03:00 CEST became 02:00 CET.
+    const TimeZone berlin = TimeZone::named("Europe/Berlin");
+    const auto berlinDay = [&](int month, const char *day, const std::vector<std::string> &six) {
+        json one = entry(six, day);
+        one["date"]["gregorian"]["month"]["number"] = month;
+        return AladhanClient::parse(body({one}), berlin).at(0);
+    };
+    const DayTimes spring = berlinDay(3, "30", {"01:30 (CET)", "02:30", "13:16 (CEST)", "16:45", "19:44", "21:31"});
+    EXPECT_EQ(spring[Prayer::imsak], utc(2025, 3, 30, 0, 30));
+    EXPECT_EQ(spring[Prayer::gunes], utc(2025, 3, 30, 1, 30)) << "a time in the gap moves forward past it";
+    EXPECT_EQ(spring[Prayer::ogle], utc(2025, 3, 30, 11, 16));
+    EXPECT_EQ(spring[Prayer::yatsi], utc(2025, 3, 30, 19, 31));
+    const DayTimes autumn = berlinDay(10, "26", {"02:30", "04:57", "11:55", "14:22", "16:55", "18:36"});
+    EXPECT_EQ(autumn[Prayer::imsak], utc(2025, 10, 26, 0, 30)) << "a repeated time is its first occurrence";
+    EXPECT_EQ(autumn[Prayer::gunes], utc(2025, 10, 26, 3, 57));
+    EXPECT_EQ(autumn[Prayer::yatsi], utc(2025, 10, 26, 17, 36));
+
+    // Santiago skips midnight: 6 September 2025 ends at 23:59:59 -04, the 7th begins at 01:00 -03.
+    const TimeZone santiago = TimeZone::named("America/Santiago");
+    json chile = entry({"00:30", "07:30", "13:40", "17:20", "19:50", "21:00"}, "07");
+    chile["date"]["gregorian"]["month"]["number"] = 9;
+    const DayTimes skipped = AladhanClient::parse(body({chile}), santiago).at(0);
+    EXPECT_EQ(skipped[Prayer::imsak], utc(2025, 9, 7, 4, 30)) << "00:30 does not exist: it reads as 01:30 -03";
+    EXPECT_EQ(skipped[Prayer::gunes], utc(2025, 9, 7, 10, 30));
 }
 
 
@@ -219,8 +266,8 @@ TEST_F(AladhanClientService, failuresOfTheService)
     EXPECT_THROW(fetch(200, R"({"code":400,"status":"BAD REQUEST","data":"Please specify a valid latitude and longitude."})"), json::type_error);
     EXPECT_THROW(fetch(200, R"({"code":200,"data":[)"), json::parse_error);
     EXPECT_THROW(fetch(200, R"({"message":"API rate limit exceeded"})"), json::out_of_range);
-    // The code is checked after the shape: a code 500 with a malformed day is a decoding error.
-    EXPECT_THROW(fetch(200, R"({"code":500,"data":[{}]})"), json::out_of_range);
+    // The code is checked after the shape: a code 500 with an empty day is an unreadable day.
+    EXPECT_EQ(statusOf(200, R"({"code":500,"data":[{}]})"), -1);
     EXPECT_TRUE(fetch(200, R"({"code":200,"data":[]})").empty());
 }
 

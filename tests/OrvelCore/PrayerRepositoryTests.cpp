@@ -168,6 +168,8 @@ TEST_F(PrayerRepositoryTest, cacheFilesThatDoNotFitAreFetchedAgain)
         [](json days) { days.erase(days.size() - 1); return days.dump(); }, // 29 days for a 30-day month
         [](json days) { days[3]["times"].erase(5); return days.dump(); },   // a day with five times
         [](json) { return std::string("{\"truncated"); },
+        [](json days) { days[0]["day"]["day"] = 1.7; return days.dump(); },       // not a whole day
+        [](json days) { days[2]["hijri"]["year"] = 1446.5; return days.dump(); }, // nor a whole year
     };
     size_t expectedHits = 1;
     for (const auto &spoil : spoilers) {
