@@ -287,11 +287,11 @@ void SourceOptions::addTo(OptionTable &table)
                [this](std::string_view) { offline = true; }});
 }
 
-DaySource SourceOptions::daySource() const
+DaySource SourceOptions::daySource(const Clock &clock) const
 {
     if (offline)
         return calculatorSource();
-    return repositorySource(cacheDirectory ? *cacheDirectory : PrayerRepository::defaultCacheDirectory(), serviceURL);
+    return repositorySource(cacheDirectory ? *cacheDirectory : PrayerRepository::defaultCacheDirectory(), serviceURL, clock);
 }
 
 std::optional<std::string> SourceOptions::fallbackNotice(const DaysAnswer &answer) const

@@ -91,7 +91,7 @@ struct SourceOptions {
     SourceOptions();
     void addTo(OptionTable &table);
     // The cached web timetable with the calculator behind it, or the calculator alone.
-    DaySource daySource() const;
+    DaySource daySource(const Clock &clock) const;
     // The one line that says the service failed and the times were computed on the device;
     // none when the times are what was asked for.
     std::optional<std::string> fallbackNotice(const DaysAnswer &answer) const;

@@ -4,7 +4,10 @@
 #include "PrayerCalculator.h"
 #include "PrayerRepository.h"
 
+#include <fstream>
 #include <memory>
+
+#include <nlohmann/json.hpp>
 
 namespace orvel::cli {
 
@@ -20,9 +23,58 @@ DaySource calculatorSource()
     };
 }
 
-DaySource repositorySource(std::filesystem::path cacheDirectory, std::string serviceURL)
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path failureFile(const fs::path &cacheDirectory, MonthKey month, const Location &location, CalculationMethod method)
 {
-    const auto repository = std::make_shared<PrayerRepository>(std::move(cacheDirectory), AladhanClient(std::move(serviceURL)));
+    return cacheDirectory / (PrayerRepository::cacheFileName(month, location, method) + ".failed");
+}
+
+// The last failure's service and moment, as {"service": …, "at": unix seconds}.
+bool failedLately(const fs::path &file, const std::string &serviceURL, Instant now)
+{
+    std::ifstream stream(file);
+    if (!stream)
+        return false;
+    try {
+        const nlohmann::json failure = nlohmann::json::parse(stream);
+        const double at = failure.at("at").get<double>();
+        const double age = now.unixSeconds() - at;
+        return failure.at("service").get<std::string>() == serviceURL && age >= 0 && age < failureQuietSeconds;
+    } catch (const std::exception &) {
+        return false;
+    }
+}
+
+void rememberFailure(const fs::path &file, const std::string &serviceURL, Instant now)
+{
+    std::error_code error;
+    fs::create_directories(file.parent_path(), error);
+    std::ofstream(file) << nlohmann::json{{"service", serviceURL}, {"at", now.unixSeconds()}}.dump();
+}
+
+} // namespace
+
+DaySource repositorySource(std::filesystem::path cacheDirectory, std::string serviceURL, const Clock &clock)
+{
+    const AladhanClient client(serviceURL, serviceTimeout);
+    auto fetch = [client, cacheDirectory, serviceURL, &clock](MonthKey month, const Location &location, CalculationMethod method) {
+        const fs::path failure = failureFile(cacheDirectory, month, location, method);
+        if (failedLately(failure, serviceURL, clock.now()))
+            throw AladhanClient::TransportError("the service failed for this month a short while ago");
+        try {
+            std::vector<DayTimes> days = client.month(month, location, method);
+            std::error_code error;
+            fs::remove(failure, error);
+            return days;
+        } catch (...) {
+            rememberFailure(failure, serviceURL, clock.now());
+            throw;
+        }
+    };
+    const auto repository = std::make_shared<PrayerRepository>(std::move(cacheDirectory), std::move(fetch));
     return [repository](const std::vector<DayKey> &keys, const Location &location, CalculationMethod method) {
         PrayerRepository::Answer answer = repository->days(keys, location, method);
         return DaysAnswer{std::move(answer.days), answer.source};

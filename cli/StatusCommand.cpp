@@ -196,7 +196,7 @@ int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &
         return 0;
     }
     const Request request = parse(args, clock);
-    const DaysAnswer answer = request.sources.daySource()(days(request), request.location, request.method);
+    const DaysAnswer answer = request.sources.daySource(clock)(days(request), request.location, request.method);
     const Moment now = moment(request, answer);
     switch (request.format) {
     case Format::text:

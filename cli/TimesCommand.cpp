@@ -125,7 +125,7 @@ int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &
         return 0;
     }
     const Request request = parse(args, clock);
-    const DaysAnswer answer = request.sources.daySource()(request.days(), request.location, request.method);
+    const DaysAnswer answer = request.sources.daySource(clock)(request.days(), request.location, request.method);
     if (request.json) {
         out << json(request, answer);
         return 0;

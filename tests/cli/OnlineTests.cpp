@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <atomic>
+#include <fstream>
+
 using namespace orvel;
 using nlohmann::json;
 
@@ -35,9 +39,13 @@ protected:
     }
     void TearDown() override { std::filesystem::remove_all(cache); }
 
+    // Cached months, not the notes of failures beside them.
     long cachedFiles() const
     {
-        return std::filesystem::exists(cache) ? std::distance(std::filesystem::directory_iterator(cache), {}) : 0;
+        if (!std::filesystem::exists(cache))
+            return 0;
+        return std::ranges::count_if(std::filesystem::directory_iterator(cache),
+                                     [](const auto &entry) { return entry.path().extension() == ".json"; });
     }
 
     // The fixture's method, the given service and this test's cache.
@@ -118,6 +126,45 @@ TEST_F(CliOnline, failingServiceFallsBackToTheCalculatorAndSaysSo)
     }
     EXPECT_EQ(service.paths(), std::vector<std::string>(3, "/broken/calendar/2017/4"));
     EXPECT_EQ(cachedFiles(), 0);
+}
+
+TEST_F(CliOnline, aFailedMonthIsLeftAloneForHalfAnHour)
+{
+    std::atomic<bool> failing = true;
+    service.respond([&failing](const httplib::Request &, httplib::Response &response) {
+        if (failing)
+            response.status = 503;
+        else
+            response.set_content(aprilBody, "application/json");
+    });
+    const std::vector<std::string> status{"status", "--format", "json", "--now", "2017-04-10T12:00"};
+    for (int poll = 0; poll < 3; ++poll)
+        EXPECT_EQ(json::parse(run(status, service.url()).out).at("source"), "offline");
+    EXPECT_EQ(service.paths().size(), 1u) << "later polls and commands do not ask again";
+    failing = false;
+    EXPECT_EQ(json::parse(run({"times", "--json", "--date", "2017-04-10"}, service.url()).out).at("source"), "offline");
+    EXPECT_EQ(service.paths().size(), 1u);
+
+    // Another service is asked at once.
+    test::LoopbackService other;
+    other.respond([](const httplib::Request &, httplib::Response &response) { response.set_content(aprilBody, "application/json"); });
+    other.start();
+    EXPECT_EQ(json::parse(run(status, other.url()).out).at("source"), "online");
+    std::filesystem::remove_all(cache);
+
+    // Half an hour on, the service is asked again; its answer clears the failure.
+    failing = true;
+    run(status, service.url());
+    ASSERT_EQ(service.paths().size(), 2u);
+    for (const auto &entry : std::filesystem::directory_iterator(cache)) {
+        json failure = json::parse(std::ifstream(entry.path()));
+        failure["at"] = failure["at"].get<double>() - 1801;
+        std::ofstream(entry.path()) << failure.dump();
+    }
+    failing = false;
+    EXPECT_EQ(json::parse(run(status, service.url()).out).at("source"), "online");
+    EXPECT_EQ(service.paths().size(), 3u);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(cache), {}), 1) << "only the month is left";
 }
 
 TEST_F(CliOnline, libcurlLoadsOnlyWhenAMonthIsFetched)
