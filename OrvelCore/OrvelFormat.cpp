@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -100,15 +101,34 @@ std::string spoken(int64_t minutes)
     return std::to_string(hours) + " saat " + std::to_string(rest) + " dakika";
 }
 
+namespace {
+
+// Building a formatter costs some twenty times more than using it, so each thread keeps the ones
+// it made, by pattern and zone. A formatter that cannot be built is kept as none.
+const icu::SimpleDateFormat *formatter(const std::string &pattern, const TimeZone &zone)
+{
+    thread_local std::map<std::pair<std::string, std::string>, std::unique_ptr<icu::SimpleDateFormat>, std::less<>> formatters;
+    auto key = std::make_pair(pattern, zone.id());
+    if (const auto found = formatters.find(key); found != formatters.end())
+        return found->second.get();
+    UErrorCode status = U_ZERO_ERROR;
+    auto made = std::make_unique<icu::SimpleDateFormat>(unicode(pattern), icu::Locale("tr_TR"), status);
+    if (U_FAILURE(status))
+        made.reset();
+    else
+        made->adoptTimeZone(zone.icuZone().clone());
+    return formatters.emplace(std::move(key), std::move(made)).first->second.get();
+}
+
+} // namespace
+
 std::string pattern(Instant instant, const TimeZone &zone, const std::string &pattern)
 {
-    UErrorCode status = U_ZERO_ERROR;
-    icu::SimpleDateFormat formatter(unicode(pattern), icu::Locale("tr_TR"), status);
-    if (U_FAILURE(status))
+    const icu::SimpleDateFormat *const format = formatter(pattern, zone);
+    if (!format)
         return {};
-    formatter.adoptTimeZone(zone.icuZone().clone());
     icu::UnicodeString text;
-    formatter.format(instant.udate(), text);
+    format->format(instant.udate(), text);
     return utf8(text);
 }
 
