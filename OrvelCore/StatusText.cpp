@@ -54,4 +54,21 @@ std::string accessibilityLabel(const std::optional<PrayerStatus> &status, bool n
     return label;
 }
 
+StatusLine line(MenuBarStyle style, const StatusFacts &facts, const TimeZone &zone)
+{
+    StatusLine line;
+    line.label = accessibilityLabel(facts.status, facts.nextIsRamadan, facts.inKerahat);
+    if (!facts.status)
+        return line;
+    if (const auto entry = entryAnnouncement(*facts.status, facts.now, facts.ramadanToday)) {
+        line.text = *entry;
+        line.state = StatusLine::State::entry;
+        return line;
+    }
+    line.text = title(style, *facts.status, facts.nextIsRamadan, zone).value_or("");
+    if (facts.inKerahat && facts.kerahatDot)
+        line.state = StatusLine::State::kerahat;
+    return line;
+}
+
 } // namespace orvel::StatusText

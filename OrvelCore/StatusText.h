@@ -15,7 +15,30 @@ class TimeZone;
 // The words that describe the current moment: the status item's title, the entry announcement
 // and the spoken label, with Ramadan names where they apply. Shared by the application and the
 // command line so that both always say the same thing.
+// What every status item shows at one moment, worked out once.
+struct StatusLine {
+    enum class State { normal, kerahat, entry };
+
+    std::string text;  // beside the crescent: the title, or "Öğle vakti" in the entry minute; may be empty
+    std::string label; // spoken: "Akşam ezanına 1 saat 15 dakika kaldı"
+    State state = State::normal; // entry: the green pill; kerahat: the orange dot
+
+    bool operator==(const StatusLine &) const = default;
+};
+
+// The moment's facts that StatusLine is made from.
+struct StatusFacts {
+    std::optional<PrayerStatus> status; // none while nothing is loaded
+    Instant now;
+    bool ramadanToday = false;
+    bool nextIsRamadan = false;
+    bool inKerahat = false;   // an interval runs now
+    bool kerahatDot = true;   // the dot is wanted while one runs
+};
+
 namespace StatusText {
+
+StatusLine line(MenuBarStyle style, const StatusFacts &facts, const TimeZone &zone);
 
 // Ramadan mode is on and today's Hijri month (stored, else approximated) is Ramadan.
 bool isRamadanToday(bool ramadanMode, const std::optional<DayTimes> &today);

@@ -114,13 +114,11 @@ Moment moment(const Request &request, const DaysAnswer &answer)
     moment.ramadanToday = StatusText::isRamadanToday(ramadanMode, moment.today);
     const bool nextIsRamadan = StatusText::nextIsRamadan(ramadanMode, moment.status, moment.today, moment.tomorrow);
 
-    const auto announcement = StatusText::entryAnnouncement(moment.status, now, moment.ramadanToday);
-    moment.entryMinute = announcement.has_value();
-    moment.title = announcement ? *announcement
-                                : StatusText::title(MenuBarStyle::nameAndRemaining, moment.status, nextIsRamadan,
-                                                    request.location.timeZone())
-                                      .value_or("");
-    moment.label = StatusText::accessibilityLabel(moment.status, nextIsRamadan, moment.kerahat.has_value());
+    const StatusFacts facts{moment.status, now, moment.ramadanToday, nextIsRamadan, moment.kerahat.has_value(), true};
+    const StatusLine line = StatusText::line(MenuBarStyle::nameAndRemaining, facts, request.location.timeZone());
+    moment.entryMinute = line.state == StatusLine::State::entry;
+    moment.title = line.text;
+    moment.label = line.label;
     return moment;
 }
 

@@ -30,13 +30,6 @@ QString qt(std::string_view text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-std::optional<QString> qt(const std::optional<std::string> &text)
-{
-    if (!text)
-        return std::nullopt;
-    return QString::fromStdString(*text);
-}
-
 } // namespace
 
 struct AppModel::Private {
@@ -50,6 +43,8 @@ struct AppModel::Private {
     // The per-minute checks (entry sound, day roll-over) only need to run again once the minute,
     // the loaded days or a setting they read has changed; the idle second ticks skip them.
     bool checksPending = true;
+    // The scheduler's backend plays the desktop's message sound through our player.
+    bool messageSoundLent = false;
 };
 
 AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services services, QObject *parent)
@@ -88,7 +83,11 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     reload();
 }
 
-AppModel::~AppModel() = default;
+AppModel::~AppModel()
+{
+    if (d->messageSoundLent)
+        scheduler().setMessageSound({});
+}
 
 template <typename T>
 bool AppModel::assign(T &field, const T &value, void (AppModel::*signal)())
@@ -339,7 +338,17 @@ void AppModel::rescheduleNotifications()
     plan.systemSound = adhanSound_ == AdhanSound::system;
     plan.quietHours = quietHours_;
     plan.ramadanMode = ramadanMode_;
+    if (!d->messageSoundLent) {
+        scheduler().setMessageSound([this] { playMessageSound(); });
+        d->messageSoundLent = true;
+    }
     scheduler().reschedule(plan);
+}
+
+void AppModel::playMessageSound()
+{
+    if (const auto file = SoundLibrary::messagePath())
+        player_->play(*file, 1.0);
 }
 
 void AppModel::playAdhanIfNeeded()
@@ -447,22 +456,31 @@ std::optional<int64_t> AppModel::ramadanDay() const
     return Ramadan::dayNumber(*today_);
 }
 
+StatusLine AppModel::statusLine(MenuBarStyle style) const
+{
+    StatusFacts facts;
+    facts.status = status();
+    facts.now = now_;
+    facts.ramadanToday = isRamadanToday();
+    facts.nextIsRamadan = nextIsRamadan();
+    facts.inKerahat = Kerahat::active(now_, kerahatIntervals()).has_value();
+    facts.kerahatDot = kerahatMenuDot_;
+    return StatusText::line(style, facts, zone());
+}
+
 StatusImage::Image AppModel::menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio) const
 {
-    const std::optional<PrayerStatus> s = status();
-    if (!s)
-        return StatusImage::make(statusSymbol, std::nullopt, StatusImage::Style::normal, false, devicePixelRatio);
-    if (const auto entry = StatusText::entryAnnouncement(*s, now_, isRamadanToday()))
-        return StatusImage::make(statusSymbol, qt(entry), StatusImage::Style::adhan, false, devicePixelRatio);
-    const std::optional<QString> text = qt(StatusText::title(style, *s, nextIsRamadan(), zone()));
-    const bool dot = forceKerahatDot || (kerahatMenuDot_ && Kerahat::active(now_, kerahatIntervals()));
+    const StatusLine line = statusLine(style);
+    const std::optional<QString> text = line.text.empty() ? std::nullopt : std::optional(qt(line.text));
+    if (line.state == StatusLine::State::entry)
+        return StatusImage::make(statusSymbol, text, StatusImage::Style::adhan, false, devicePixelRatio);
+    const bool dot = forceKerahatDot || line.state == StatusLine::State::kerahat;
     return StatusImage::make(statusSymbol, text, StatusImage::Style::normal, dot, devicePixelRatio);
 }
 
 QString AppModel::accessibilityLabel() const
 {
-    const bool inKerahat = Kerahat::active(now_, kerahatIntervals()).has_value();
-    return QString::fromStdString(StatusText::accessibilityLabel(status(), nextIsRamadan(), inKerahat));
+    return QString::fromStdString(statusLine().label);
 }
 
 } // namespace orvel

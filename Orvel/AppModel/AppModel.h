@@ -12,6 +12,7 @@
 #include "PrayerRepository.h"
 #include "PrayerSchedule.h"
 #include "QuietHours.h"
+#include "StatusText.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
 #include "TimesSource.h"
@@ -107,7 +108,10 @@ public:
     bool nextIsRamadan() const;
     std::optional<int64_t> ramadanDay() const;
 
-    // The status item's picture and spoken label.
+    // What every status item shows now: text, spoken label and state, in the chosen style.
+    StatusLine statusLine() const { return statusLine(menuBarStyle_); }
+    StatusLine statusLine(MenuBarStyle style) const;
+    // The status image of a style (the snapshot draws every style), and the spoken label.
     StatusImage::Image menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
     QString accessibilityLabel() const;
 
@@ -157,6 +161,8 @@ private:
     void prefetchAhead(DayKey key, const Location &location, CalculationMethod method);
     void rescheduleNotifications();
     void playAdhanIfNeeded();
+    // For notification servers that ignore sound hints.
+    void playMessageSound();
     std::optional<QString> soundPath() const;
     void setLoading(bool loading);
     // Sets the field and tells observers when the value really changed.

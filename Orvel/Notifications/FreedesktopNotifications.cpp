@@ -1,6 +1,5 @@
 #include "FreedesktopNotifications.h"
 
-#include "AdhanPlayer.h"
 #include "NotificationScheduler.h"
 
 #include <QDBusConnectionInterface>
@@ -40,17 +39,6 @@ QVariantMap hints(const NotificationRequest &request)
     else
         hints.insert(QStringLiteral("suppress-sound"), true);
     return hints;
-}
-
-QString messageSoundFile()
-{
-    for (const char *extension : {".oga", ".ogg", ".wav"}) {
-        const QString name = QStringLiteral("sounds/freedesktop/stereo/%1%2").arg(soundName, QLatin1StringView(extension));
-        const QString file = QStandardPaths::locate(QStandardPaths::GenericDataLocation, name);
-        if (!file.isEmpty())
-            return file;
-    }
-    return {};
 }
 
 struct SettingsTool {
@@ -127,11 +115,6 @@ void FreedesktopNotifications::openSettings() const
     }
 }
 
-void FreedesktopNotifications::setMessageSound(std::function<void()> play)
-{
-    messageSound_ = std::move(play);
-}
-
 void FreedesktopNotifications::requestCapabilities()
 {
     if (capabilitiesRequested_)
@@ -187,20 +170,6 @@ void FreedesktopNotifications::send(const NotificationRequest &request)
         if (playSound && !call->isError())
             playMessageSound();
     });
-}
-
-void FreedesktopNotifications::playMessageSound()
-{
-    if (messageSound_) {
-        messageSound_();
-        return;
-    }
-    const QString file = messageSoundFile();
-    if (file.isEmpty())
-        return;
-    if (!player_)
-        player_ = std::make_unique<AdhanPlayer>();
-    player_->play(file, 1.0);
 }
 
 std::shared_ptr<NotificationBackend> NotificationBackend::platformDefault()

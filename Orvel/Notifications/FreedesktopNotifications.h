@@ -15,8 +15,6 @@ class QDBusPendingCallWatcher;
 
 namespace orvel {
 
-class AdhanPlayer;
-
 // Shows notifications through org.freedesktop.Notifications on a D-Bus connection. Every call
 // to the server is asynchronous, so a slow or freshly activated server never holds up the caller.
 class FreedesktopNotifications final : public QObject, public NotificationBackend {
@@ -33,16 +31,11 @@ public:
     void show(const NotificationRequest &request) override;
     void openSettings() const override;
 
-    // What plays the desktop's message sound for servers that ignore sound hints. By default the
-    // freedesktop sound theme's "message-new-instant"; silent when that cannot be played.
-    void setMessageSound(std::function<void()> play);
-
 private:
     void requestCapabilities();
     void capabilitiesArrived(QDBusPendingCallWatcher *call, quint64 generation);
     void forgetCapabilities();
     void send(const NotificationRequest &request);
-    void playMessageSound();
 
     QDBusConnection connection_;
     // Asked once per server on this connection; forgotten when the server changes hands.
@@ -51,8 +44,6 @@ private:
     bool capabilitiesRequested_ = false;
     // Shown once the capabilities are known.
     std::vector<NotificationRequest> waiting_;
-    std::function<void()> messageSound_;
-    std::unique_ptr<AdhanPlayer> player_;
 };
 
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace orvel {
@@ -21,6 +22,20 @@ public:
 
     // The backend of the platform Orvel was built for, on the user's session.
     static std::shared_ptr<NotificationBackend> platformDefault();
+
+    // What plays the desktop's message sound for a shown request whose server ignores sound
+    // hints; the application owns the player. Without it such requests are silent.
+    void setMessageSound(std::function<void()> play) { messageSound_ = std::move(play); }
+
+protected:
+    void playMessageSound() const
+    {
+        if (messageSound_)
+            messageSound_();
+    }
+
+private:
+    std::function<void()> messageSound_;
 };
 
 } // namespace orvel

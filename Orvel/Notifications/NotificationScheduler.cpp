@@ -123,6 +123,11 @@ NotificationScheduler &NotificationScheduler::shared()
     return *scheduler;
 }
 
+void NotificationScheduler::setMessageSound(std::function<void()> play)
+{
+    d->backend->setMessageSound(std::move(play));
+}
+
 void NotificationScheduler::reschedule(const NotificationPlan &plan)
 {
     const quint64 generation = ++d->generation;

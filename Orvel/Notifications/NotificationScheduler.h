@@ -60,6 +60,8 @@ public:
     // Replaces every pending request with the plan's; supersedes a running call. Returns at once:
     // the new set is in place on the next turn of the event loop.
     void reschedule(const NotificationPlan &plan);
+    // See NotificationBackend::setMessageSound.
+    void setMessageSound(std::function<void()> play);
     // The requests a plan gives at `now`, in order (pure; used by reschedule).
     static std::vector<NotificationRequest> requests(const NotificationPlan &plan, Instant now);
     // (title, body) of a prayer-entry notification.

@@ -130,7 +130,8 @@ void DBusStatusItem::registerWithWatcher()
 
 void DBusStatusItem::update(const AppModel &model)
 {
-    const Picture picture{TrayPicture::state(model), Colors::current()};
+    const StatusLine line = model.statusLine();
+    const Picture picture{line.state, Colors::current()};
     if (picture != picture_) {
         SniPixmaps pixmaps;
         for (const int size : iconSizes)
@@ -139,25 +140,14 @@ void DBusStatusItem::update(const AppModel &model)
         picture_ = picture;
         ++redrawCount_;
     }
-    item_->setToolTipText(model.accessibilityLabel());
-    item_->setLabel(labelText(model), labelGuide(model.menuBarStyle()));
+    item_->setToolTipText(QString::fromStdString(line.label));
+    item_->setLabel(QString::fromStdString(line.text), labelGuide(model.menuBarStyle()));
 }
 
 void DBusStatusItem::setMenu(QMenu *menu)
 {
     contextMenu_ = menu;
     menu_->setMenu(menu);
-}
-
-QString DBusStatusItem::labelText(const AppModel &model)
-{
-    const std::optional<PrayerStatus> status = model.status();
-    if (!status)
-        return {};
-    if (const auto announcement = StatusText::entryAnnouncement(*status, model.now(), model.isRamadanToday()))
-        return QString::fromStdString(*announcement);
-    const auto title = StatusText::title(model.menuBarStyle(), *status, model.nextIsRamadan(), model.zone());
-    return title ? QString::fromStdString(*title) : QString();
 }
 
 } // namespace orvel

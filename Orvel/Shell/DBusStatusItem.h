@@ -40,9 +40,6 @@ public:
     const StatusNotifierItem &item() const { return *item_; }
     int redrawCount() const { return redrawCount_; }
 
-    // The text beside the crescent: the entry announcement, else the title of the chosen style.
-    static QString labelText(const AppModel &model);
-
 private slots:
     void refreshAvailability();
 

@@ -1,6 +1,5 @@
 #include "TrayPicture.h"
 
-#include "AppModel.h"
 #include "Symbols.h"
 
 #include <QPainter>
@@ -38,18 +37,6 @@ void drawSymbol(QPainter &painter, const QRectF &box, const QColor &color)
 }
 
 } // namespace
-
-State state(const AppModel &model)
-{
-    const std::optional<PrayerStatus> status = model.status();
-    if (!status)
-        return State::normal;
-    if (status->isAdhanMoment(model.now()))
-        return State::entry;
-    if (model.kerahatMenuDot() && Kerahat::active(model.now(), model.kerahatIntervals()))
-        return State::kerahat;
-    return State::normal;
-}
 
 QImage image(State state, Appearance appearance, int pixels)
 {

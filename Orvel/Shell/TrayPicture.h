@@ -1,21 +1,19 @@
 #pragma once
 
 #include "Colors.h"
+#include "StatusText.h"
 
 #include <QIcon>
 #include <QImage>
 
 namespace orvel {
 
-class AppModel;
-
 // The square picture for system trays, which pad every icon to a square: the crescent, with the
 // kerahat dot or the green entry disc drawn in. The title text is left to the tooltip.
 namespace TrayPicture {
 
-enum class State { normal, kerahat, entry };
+using State = StatusLine::State;
 
-State state(const AppModel &model);
 QImage image(State state, Appearance appearance, int pixels);
 // The picture at the sizes trays ask for.
 QIcon icon(State state, Appearance appearance);

@@ -30,13 +30,14 @@ void TrayStatusItem::show()
 
 void TrayStatusItem::update(const AppModel &model)
 {
-    const Picture picture{TrayPicture::state(model), Colors::current()};
+    const StatusLine line = model.statusLine();
+    const Picture picture{line.state, Colors::current()};
     if (picture != picture_) {
         tray_->setIcon(TrayPicture::icon(picture.state, picture.appearance));
         picture_ = picture;
         ++redrawCount_;
     }
-    const QString label = model.accessibilityLabel();
+    const QString label = QString::fromStdString(line.label);
     if (label != tray_->toolTip())
         tray_->setToolTip(label);
 }

@@ -112,6 +112,17 @@ std::optional<QString> customPath()
     return entries.first().absoluteFilePath();
 }
 
+std::optional<QString> messagePath()
+{
+    for (const char *extension : {".oga", ".ogg", ".wav"}) {
+        const QString name = QStringLiteral("sounds/freedesktop/stereo/message-new-instant%1").arg(QLatin1StringView(extension));
+        const QString file = QStandardPaths::locate(QStandardPaths::GenericDataLocation, name);
+        if (!file.isEmpty())
+            return file;
+    }
+    return std::nullopt;
+}
+
 ImportResult importCustom(const QString &sourcePath)
 {
     const QFileInfo source(sourcePath);

@@ -18,6 +18,8 @@ void setFolder(const QString &path);
 std::optional<QString> chimePath();
 // The imported file ("custom.<ext>"), if any.
 std::optional<QString> customPath();
+// The desktop's sound for a new message (the freedesktop sound theme's "message-new-instant").
+std::optional<QString> messagePath();
 
 struct ImportResult {
     QString displayName; // the user's own file name, empty on failure

@@ -113,6 +113,21 @@ TEST(StatusText, titleLabelAndRamadanFlags)
     const PrayerStatus beforeImsak = PrayerSchedule::status(lastOfSaban[Prayer::imsak] - 45 * 60, lastOfSaban, std::nullopt, istanbul);
     EXPECT_EQ(StatusText::accessibilityLabel(beforeImsak, true, false), "Sahurun bitmesine 45 dakika kaldı");
 
+    // One line for every status item: the entry minute wins over a kerahat interval, the dot
+    // shows only when wanted, and the spoken label keeps the kerahat either way.
+    using State = StatusLine::State;
+    const Instant aksamEntered = lastOfSaban[Prayer::aksam] + 30;
+    const PrayerStatus entered = PrayerSchedule::status(aksamEntered, lastOfSaban, firstOfRamadan, istanbul);
+    const auto line = [&](const PrayerStatus &s, Instant now, bool kerahat, bool dot, MenuBarStyle style = MenuBarStyle::nameAndRemaining) {
+        return StatusText::line(style, {s, now, false, false, kerahat, dot}, istanbul);
+    };
+    EXPECT_EQ(line(entered, aksamEntered, true, true), (StatusLine{"Akşam vakti", "Yatsı ezanına 1 saat 46 dakika kaldı, kerahat vakti", State::entry}));
+    const Instant before = lastOfSaban[Prayer::aksam] - 75 * 60;
+    EXPECT_EQ(line(beforeAksam, before, true, true).state, State::kerahat);
+    EXPECT_EQ(line(beforeAksam, before, true, false), (StatusLine{"Akşam 1:15", "Akşam ezanına 1 saat 15 dakika kaldı, kerahat vakti", State::normal}));
+    EXPECT_EQ(line(beforeAksam, before, false, true, MenuBarStyle::iconOnly), (StatusLine{"", "Akşam ezanına 1 saat 15 dakika kaldı", State::normal}));
+    EXPECT_EQ(StatusText::line(MenuBarStyle::nameAndRemaining, {}, istanbul), (StatusLine{"", "Orvel", State::normal}));
+
     // Ramadan wording follows the day of the next time.
     EXPECT_FALSE(StatusText::isRamadanToday(true, lastOfSaban));
     EXPECT_TRUE(StatusText::isRamadanToday(true, firstOfRamadan));

@@ -220,7 +220,7 @@ TEST(TrayStatusItem, FollowsTheModelAndRedrawsOnlyOnChange)
     TrayStatusItem item;
     const auto expect = [&](TrayPicture::State state, int redraws) {
         item.update(model);
-        EXPECT_EQ(TrayPicture::state(model), state);
+        EXPECT_EQ(model.statusLine().state, state);
         EXPECT_EQ(item.redrawCount(), redraws);
         EXPECT_EQ(item.toolTip(), model.accessibilityLabel());
     };
