@@ -3,6 +3,7 @@
 #include "Calendars.h"
 #include "DayKey.h"
 #include "DecimalText.h"
+#include "HttpGet.h"
 #include "JsonValues.h"
 #include "TimeZone.h"
 
@@ -14,7 +15,6 @@
 #include <memory>
 #include <optional>
 
-#include <curl/curl.h>
 #include <nlohmann/json.hpp>
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
@@ -28,9 +28,6 @@ using nlohmann::json;
 
 // The service's timing names, in Prayer order.
 constexpr std::array<const char *, 6> timingKeys{"Fajr", "Sunrise", "Dhuhr", "Asr", "Maghrib", "Isha"};
-
-// A month is some 90 kB; anything far larger is not a timetable and must not fill the memory.
-constexpr size_t maximumBodySize = 16 * 1024 * 1024;
 
 // ---- Decoding: the body's shape, with the JSON types the service declares ----
 
@@ -208,102 +205,6 @@ DayTimes readDay(const WireEntry &entry, const TimeZone &zone)
     return result;
 }
 
-// ---- Transport ----
-
-void initialiseCurl()
-{
-    static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
-    if (initialised != CURLE_OK)
-        throw AladhanClient::TransportError(curl_easy_strerror(initialised));
-}
-
-struct Transfer {
-    CURL *handle = nullptr;
-    std::string body;
-    bool refused = false;  // a status other than 200: its body is not wanted
-    bool oversized = false;
-};
-
-size_t receive(char *data, size_t size, size_t count, void *context)
-{
-    auto *transfer = static_cast<Transfer *>(context);
-    long status = 0;
-    curl_easy_getinfo(transfer->handle, CURLINFO_RESPONSE_CODE, &status);
-    if (status != 200) {
-        transfer->refused = true;
-        return 0;
-    }
-    const size_t bytes = size * count;
-    if (transfer->body.size() + bytes > maximumBodySize) {
-        transfer->oversized = true;
-        return 0;
-    }
-    transfer->body.append(data, bytes);
-    return bytes;
-}
-
-std::string queryValue(std::string_view text)
-{
-    static constexpr char hex[] = "0123456789ABCDEF";
-    std::string out;
-    out.reserve(text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool keep = (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9')
-            || c == '-' || c == '.' || c == '_' || c == '~' || c == '/';
-        if (keep) {
-            out += c;
-        } else {
-            out += '%';
-            out += hex[byte >> 4];
-            out += hex[byte & 0x0F];
-        }
-    }
-    return out;
-}
-
-std::string fetchBody(const std::string &url, std::chrono::milliseconds timeout)
-{
-    initialiseCurl();
-    const std::unique_ptr<CURL, void (*)(CURL *)> handle(curl_easy_init(), curl_easy_cleanup);
-    if (!handle)
-        throw AladhanClient::TransportError(curl_easy_strerror(CURLE_FAILED_INIT));
-    CURL *const curl = handle.get();
-
-    Transfer transfer;
-    transfer.handle = curl;
-    std::array<char, CURL_ERROR_SIZE> error{};
-    const long milliseconds = std::max<long>(1, static_cast<long>(timeout.count()));
-    static const std::string userAgent = std::string("Orvel/") + ORVEL_VERSION;
-
-    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
-    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error.data());
-    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
-    curl_easy_setopt(curl, CURLOPT_MAXREDIRS, 10L);
-    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
-    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, milliseconds);
-    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, milliseconds);
-    curl_easy_setopt(curl, CURLOPT_USERAGENT, userAgent.c_str());
-    curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, receive);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &transfer);
-
-    const CURLcode result = curl_easy_perform(curl);
-    long status = 0;
-    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
-    if (transfer.refused || (result == CURLE_OK && status != 200))
-        throw AladhanClient::ClientError::badStatus(status);
-    if (transfer.oversized)
-        throw AladhanClient::TransportError("Sunucunun yanıtı beklenenden çok büyük");
-    if (result != CURLE_OK)
-        throw AladhanClient::TransportError(error[0] != '\0' ? error.data() : curl_easy_strerror(result));
-    return std::move(transfer.body);
-}
-
 } // namespace
 
 AladhanClient::ClientError::ClientError(Kind kind, long status, const std::string &what)
@@ -339,13 +240,18 @@ std::string AladhanClient::requestURL(MonthKey month, const Location &location, 
     url += "?latitude=" + DecimalText::fixed(location.latitude, 4);
     url += "&longitude=" + DecimalText::fixed(location.longitude, 4);
     url += "&method=" + std::to_string(method.aladhanID());
-    url += "&timezonestring=" + queryValue(location.timeZoneID);
+    url += "&timezonestring=" + Http::queryValue(location.timeZoneID, "/");
     return url;
 }
 
 std::vector<DayTimes> AladhanClient::month(MonthKey month, const Location &location, CalculationMethod method) const
 {
-    const std::string body = fetchBody(requestURL(month, location, method), timeout_);
+    std::string body;
+    try {
+        body = Http::get(requestURL(month, location, method), timeout_);
+    } catch (const Http::StatusError &error) {
+        throw ClientError::badStatus(error.status());
+    }
     return parse(body, location.timeZone());
 }
 

@@ -2,6 +2,7 @@
 
 #include "CalculationMethod.h"
 #include "DayTimes.h"
+#include "HttpGet.h"
 #include "Location.h"
 #include "MonthKey.h"
 
@@ -37,10 +38,7 @@ public:
     };
 
     // No network answer at all (no route, time-out, TLS failure, …).
-    class TransportError : public std::runtime_error {
-    public:
-        using std::runtime_error::runtime_error;
-    };
+    using TransportError = Http::TransportError;
 
     explicit AladhanClient(std::string baseURL = std::string(defaultBaseURL),
                            std::chrono::milliseconds timeout = std::chrono::seconds(15));
