@@ -19,4 +19,13 @@ std::string shortest(double value)
     return std::string(text.data(), result.ptr);
 }
 
+std::optional<double> parse(std::string_view text)
+{
+    double value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || result.ec != std::errc() || result.ptr != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
 } // namespace orvel::DecimalText

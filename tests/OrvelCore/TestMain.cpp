@@ -1,3 +1,5 @@
+#include "Gazetteer.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -8,6 +10,7 @@ int main(int argc, char **argv)
 {
     setenv("TZ", "Europe/Istanbul", 1);
     icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("Europe/Istanbul"));
+    orvel::Gazetteer::speakTurkish();
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

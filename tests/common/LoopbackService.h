@@ -17,11 +17,25 @@
 
 namespace orvel::test {
 
-inline std::string readFixture(const std::string &name)
+inline std::string readFile(const std::filesystem::path &path)
 {
-    std::ifstream file(std::filesystem::path(ORVEL_FIXTURES_DIR) / name, std::ios::binary);
+    std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
+
+// A recorded answer of the prayer-times service.
+inline std::string readFixture(const std::string &name)
+{
+    return readFile(std::filesystem::path(ORVEL_FIXTURES_DIR) / name);
+}
+
+#ifdef ORVEL_GEOCODING_DIR
+// An answer of a geocoding service, written from its documentation.
+inline std::string readGeocoding(const std::string &name)
+{
+    return readFile(std::filesystem::path(ORVEL_GEOCODING_DIR) / name);
+}
+#endif
 
 // A real HTTP server on the loopback interface. Every GET is recorded and answered by the
 // current responder, which a test may swap at any time.
