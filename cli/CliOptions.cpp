@@ -76,6 +76,11 @@ void OptionTable::add(Option option)
     options_.push_back(std::move(option));
 }
 
+void OptionTable::setOperands(std::function<void(std::string_view operand)> take)
+{
+    operands_ = std::move(take);
+}
+
 const Option *OptionTable::find(std::string_view name) const
 {
     const auto found = std::find_if(options_.begin(), options_.end(), [&](const Option &option) { return option.name == name; });
@@ -86,6 +91,10 @@ void OptionTable::parse(const std::vector<std::string> &args) const
 {
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string_view arg = args[i];
+        if (!arg.starts_with("--") && operands_) {
+            operands_(arg);
+            continue;
+        }
         if (!arg.starts_with("--"))
             throw UsageError("beklenmeyen bağımsız değişken: " + text(arg));
         const std::size_t equals = arg.find('=');
@@ -230,7 +239,7 @@ CalculationMethod method(std::string_view input)
 
 void PlaceOptions::addTo(OptionTable &table)
 {
-    table.add({"--lat", "DERECE", "enlem, kuzey artı (−90…90; varsayılan İstanbul)",
+    table.add({"--lat", "DERECE", "enlem, kuzey artı (−90…90; varsayılan: uygulamada seçili yer)",
                [this](std::string_view value) { latitude = Values::number(value, "enlem", -90, 90); }});
     table.add({"--lon", "DERECE", "boylam, doğu artı (−180…180; --lat ile birlikte)",
                [this](std::string_view value) { longitude = Values::number(value, "boylam", -180, 180); }});
@@ -240,7 +249,7 @@ void PlaceOptions::addTo(OptionTable &table)
                        throw UsageError("bilinmeyen saat dilimi: " + text(value) + " (Europe/Istanbul gibi bir IANA adı olmalı)");
                    timeZoneID = text(value);
                }});
-    table.add({"--name", "AD", "yerin gösterilen adı (varsayılan: \"İstanbul, Fatih\" ya da koordinatlar)",
+    table.add({"--name", "AD", "yerin gösterilen adı (varsayılan: seçili yerin adı ya da koordinatlar)",
                [this](std::string_view value) {
                    if (value.find_first_not_of(" \t") == std::string_view::npos)
                        throw UsageError("geçersiz yer adı: boş olamaz");
@@ -248,7 +257,7 @@ void PlaceOptions::addTo(OptionTable &table)
                        throw UsageError("geçersiz yer adı: " + text(value) + " (tek satır olmalı)");
                    name = text(value);
                }});
-    table.add({"--method", "YÖNTEM", "hesaplama yöntemi: " + methodList() + " (varsayılan diyanet)",
+    table.add({"--method", "YÖNTEM", "hesaplama yöntemi: " + methodList() + " (varsayılan: uygulamadaki yöntem)",
                [this](std::string_view value) { method = Values::method(value); }});
 }
 
@@ -257,7 +266,7 @@ Location PlaceOptions::location() const
     if (latitude.has_value() != longitude.has_value())
         throw UsageError(latitude ? "--lat ile birlikte --lon da gerekli" : "--lon ile birlikte --lat da gerekli");
 
-    Location place = Location::istanbul();
+    Location place = stored;
     if (latitude) {
         place.latitude = *latitude;
         place.longitude = *longitude;

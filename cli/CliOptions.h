@@ -38,6 +38,9 @@ struct Option {
 class OptionTable {
 public:
     void add(Option option);
+    // Receives every argument that is not an option or its value, in order; without it such an
+    // argument is a mistake.
+    void setOperands(std::function<void(std::string_view operand)> take);
     void parse(const std::vector<std::string> &args) const;
     // One line per option, aligned, for --help.
     std::string help() const;
@@ -46,6 +49,7 @@ private:
     const Option *find(std::string_view name) const;
 
     std::vector<Option> options_;
+    std::function<void(std::string_view)> operands_;
 };
 
 // Whether the arguments ask for help; help wins over every other option.
@@ -68,8 +72,9 @@ std::filesystem::path directory(std::string_view text);
 } // namespace Values
 
 // The place and the calculation method, shared by every command that shows times:
-// --lat, --lon, --tz, --name and --method.
+// --lat, --lon, --tz, --name and --method, over the application's own place and method.
 struct PlaceOptions {
+    Location stored = Location::istanbul();
     std::optional<double> latitude;
     std::optional<double> longitude;
     std::optional<std::string> timeZoneID;
@@ -77,7 +82,8 @@ struct PlaceOptions {
     CalculationMethod method = CalculationMethod::diyanet;
 
     void addTo(OptionTable &table);
-    // Istanbul unless coordinates are given; coordinates without --tz take the machine's zone.
+    // The stored place unless coordinates are given; coordinates without --tz take the machine's
+    // zone.
     Location location() const;
 };
 

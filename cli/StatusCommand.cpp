@@ -1,5 +1,6 @@
 #include "StatusCommand.h"
 
+#include "AppSettings.h"
 #include "Calendars.h"
 #include "Clock.h"
 #include "OrvelFormat.h"
@@ -19,7 +20,7 @@ using OrderedJson = nlohmann::ordered_json;
 constexpr bool ramadanMode = true;
 
 struct Choices {
-    PlaceOptions place;
+    PlaceOptions place = AppSettings::placeOptions();
     SourceOptions sources;
     std::optional<CivilTime> now;
     Format format = Format::text;

@@ -1,5 +1,6 @@
 #include "TimesCommand.h"
 
+#include "AppSettings.h"
 #include "CliOptions.h"
 #include "Clock.h"
 #include "OrvelFormat.h"
@@ -16,7 +17,7 @@ namespace {
 constexpr int64_t maxDays = 400;
 
 struct Choices {
-    PlaceOptions place;
+    PlaceOptions place = AppSettings::placeOptions();
     std::optional<DayKey> date;
     int64_t dayCount = 1;
     SourceOptions sources;
@@ -110,7 +111,8 @@ std::string help()
     Choices choices;
     return "Kullanım: orvel-cli times [seçenekler]\n\n"
            "Bir yerin altı vaktini gün gün Türkçe bir tablo olarak ya da --json ile JSON olarak yazar.\n"
-           "Yer verilmezse İstanbul (Fatih) kullanılır. --lat ile --lon birlikte verilir; o zaman --tz\n"
+           "Yer verilmezse uygulamada seçili yer ve yöntem (ilk açılışta İstanbul, Fatih ve Diyanet)\n"
+           "kullanılır; yeri orvel-cli places seçer. --lat ile --lon birlikte verilir; o zaman --tz\n"
            "verilmezse bilgisayarın saat dilimi kullanılır. Saatler yerin saat dilimindedir.\n"
            "Vakitler web servisinden ay ay alınır ve önbellekte saklanır; servise ulaşılamazsa ya da\n"
            "--offline verilirse cihazda hesaplanır.\n\n"

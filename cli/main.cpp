@@ -1,5 +1,7 @@
 #include "CliOptions.h"
 #include "Clock.h"
+#include "Gazetteer.h"
+#include "PlacesCommand.h"
 #include "StatusCommand.h"
 #include "TextTable.h"
 #include "TimesCommand.h"
@@ -22,9 +24,10 @@ struct Command {
     int (*run)(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err);
 };
 
-constexpr std::array<Command, 2> commands{{
+constexpr std::array<Command, 3> commands{{
     {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run},
     {"status", "sıradaki vakit ve kalan süre (metin, --format json ya da waybar)", cli::StatusCommand::run},
+    {"places", "yer ara; --choose N ile uygulamanın yerini seç", cli::PlacesCommand::run},
 }};
 
 std::string usage()
@@ -68,6 +71,7 @@ int main(int argc, char **argv)
 {
     const std::vector<std::string> args(argv + 1, argv + argc);
     const SystemClock clock;
+    Gazetteer::speakTurkish();
     try {
         return dispatch(args, clock);
     } catch (const cli::UsageError &error) {

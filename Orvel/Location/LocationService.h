@@ -42,8 +42,9 @@ struct PlaceSearch {
     bool operator==(const PlaceSearch &) const = default;
 };
 
-// Turns the device's position, or a place name typed by the user, into a Location. Futures
-// resolve on the UI thread; every call's future finishes exactly once.
+// Turns the device's position, or a place name typed by the user, into a Location. Every call's
+// future finishes exactly once; the work behind it runs off the UI thread, so callers continue
+// with `.then(context, …)`.
 class LocationService : public QObject {
     Q_OBJECT
 
@@ -54,6 +55,7 @@ public:
     static std::unique_ptr<LocationService> create(QObject *parent = nullptr);
 
     virtual QFuture<Location> currentLocation() = 0;
+    // Fails with SearchFailure when neither the geocoder nor the gazetteer can answer.
     virtual QFuture<PlaceSearch> search(const QString &query) = 0;
 };
 

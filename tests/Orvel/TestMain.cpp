@@ -1,3 +1,4 @@
+#include "Gazetteer.h"
 #include "TimeZone.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,7 @@ int main(int argc, char **argv)
     orvel::TimeZone::redetectCurrent();
     setenv("LC_ALL", "C.UTF-8", 1);
     std::setlocale(LC_ALL, "C.UTF-8");
+    orvel::Gazetteer::speakTurkish();
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 

@@ -37,10 +37,23 @@ inline std::string quoted(const std::string &arg)
     return text + "'";
 }
 
+// The settings folder every run of this test program shares, away from the user's own.
+inline std::filesystem::path configHome()
+{
+    return std::filesystem::temp_directory_path() / ("orvel-cli-test-config-" + std::to_string(getpid()));
+}
+
+// The application's settings file inside configHome().
+inline std::filesystem::path settingsFile()
+{
+    return configHome() / "Orvel" / "Orvel.conf";
+}
+
 // Runs the built orvel-cli as a user would, in a pinned zone and locale.
 inline CliRun runCli(const std::vector<std::string> &args, const std::string &zone = "Europe/Istanbul")
 {
-    std::string command = "env TZ=" + zone + " LC_ALL=C.UTF-8 " + quoted(ORVEL_CLI_PATH);
+    std::string command = "env TZ=" + zone + " LC_ALL=C.UTF-8 XDG_CONFIG_HOME=" + quoted(configHome().string()) + " "
+        + quoted(ORVEL_CLI_PATH);
     for (const std::string &arg : args)
         command += " " + quoted(arg);
     return runShell(command);

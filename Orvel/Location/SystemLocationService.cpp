@@ -1,0 +1,160 @@
+#include "SystemLocationService.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QGeoPositionInfoSource>
+#include <QPromise>
+#include <QtConcurrent/QtConcurrentRun>
+
+namespace orvel {
+
+namespace {
+
+constexpr auto geoclueService = "org.freedesktop.GeoClue2";
+
+// Whether the system bus runs the name or can start it; false when the bus cannot be asked.
+QFuture<bool> systemBusKnows(const QString &name)
+{
+    struct Pending {
+        QPromise<bool> promise;
+        int unanswered = 2;
+        bool known = false;
+    };
+    auto pending = std::make_shared<Pending>();
+    pending->promise.start();
+    for (const char *method : {"ListNames", "ListActivatableNames"}) {
+        const QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                                                 QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
+        auto *watcher = new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(call));
+        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, [pending, name](QDBusPendingCallWatcher *finished) {
+            finished->deleteLater();
+            const QDBusPendingReply<QStringList> reply = *finished;
+            pending->known = pending->known || (!reply.isError() && reply.value().contains(name));
+            if (--pending->unanswered > 0)
+                return;
+            pending->promise.addResult(pending->known);
+            pending->promise.finish();
+        });
+    }
+    return pending->promise.future();
+}
+
+} // namespace
+
+struct SystemLocationService::Request {
+    QPromise<Location> promise;
+    QPointer<QGeoPositionInfoSource> source;
+
+    void finish(const Location &location)
+    {
+        promise.addResult(location);
+        promise.finish();
+    }
+    void finish(LocationError error)
+    {
+        promise.setException(LocationFailure(error));
+        promise.finish();
+    }
+};
+
+SystemLocationService::SystemLocationService(Positioning positioning, PlaceFinder finder, QObject *parent)
+    : LocationService(parent)
+    , positioning_(std::move(positioning))
+    , finder_(std::move(finder))
+{
+}
+
+SystemLocationService::~SystemLocationService()
+{
+    fail(LocationError::unavailable);
+}
+
+SystemLocationService::Positioning SystemLocationService::geoclue()
+{
+    Positioning positioning;
+    positioning.openSource = [](QObject *parent) {
+        // geoclue asks the desktop's agent on behalf of the application its desktop file names.
+        QGeoPositionInfoSource *source = QGeoPositionInfoSource::createSource(
+            QStringLiteral("geoclue2"), {{QStringLiteral("desktopId"), QStringLiteral("orvel")}}, parent);
+        if (source)
+            source->setPreferredPositioningMethods(QGeoPositionInfoSource::NonSatellitePositioningMethods);
+        return source;
+    };
+    // The plugin reports a missing service as an access error; the bus tells the two apart.
+    positioning.serviceInstalled = [] { return systemBusKnows(QLatin1String(geoclueService)); };
+    return positioning;
+}
+
+QFuture<Location> SystemLocationService::currentLocation()
+{
+    // Only one request waits at a time; the earlier caller learns it was given up.
+    fail(LocationError::unavailable);
+    auto request = std::make_shared<Request>();
+    request->promise.start();
+    QFuture<Location> future = request->promise.future();
+    request_ = request;
+
+    QGeoPositionInfoSource *source = positioning_.openSource ? positioning_.openSource(this) : nullptr;
+    if (!source) {
+        fail(LocationError::unavailable);
+        return future;
+    }
+    request->source = source;
+    connect(source, &QGeoPositionInfoSource::positionUpdated, this, [this, request](const QGeoPositionInfo &info) {
+        if (request_ != request || !info.isValid())
+            return;
+        locate(info.coordinate().latitude(), info.coordinate().longitude());
+    });
+    connect(source, &QGeoPositionInfoSource::errorOccurred, this, [this, request](QGeoPositionInfoSource::Error error) {
+        if (request_ != request)
+            return;
+        if (error != QGeoPositionInfoSource::AccessError || !positioning_.serviceInstalled) {
+            fail(LocationError::unavailable);
+            return;
+        }
+        positioning_.serviceInstalled().then(this, [this, request](bool installed) {
+            if (request_ == request)
+                fail(installed ? LocationError::denied : LocationError::unavailable);
+        });
+    });
+    source->requestUpdate(positionTimeoutMs);
+    return future;
+}
+
+void SystemLocationService::fail(LocationError error)
+{
+    const std::shared_ptr<Request> request = std::exchange(request_, nullptr);
+    if (!request)
+        return;
+    if (request->source)
+        request->source->deleteLater();
+    request->finish(error);
+}
+
+void SystemLocationService::locate(double latitude, double longitude)
+{
+    const std::shared_ptr<Request> request = std::exchange(request_, nullptr);
+    if (request->source)
+        request->source->deleteLater();
+    // Naming the position may take the web's time; the caller already holds the future.
+    QtConcurrent::run([finder = finder_, latitude, longitude] { return finder.locate(latitude, longitude); })
+        .then([request](const Location &location) { request->finish(location); });
+}
+
+QFuture<PlaceSearch> SystemLocationService::search(const QString &query)
+{
+    const std::string text = query.trimmed().toStdString();
+    if (text.empty())
+        return QtFuture::makeReadyFuture(PlaceSearch{});
+    return QtConcurrent::run([finder = finder_, text] {
+        try {
+            PlaceFinder::Search found = finder.search(text);
+            return PlaceSearch{std::move(found.places), found.offline};
+        } catch (const std::exception &) {
+            throw SearchFailure();
+        }
+    });
+}
+
+} // namespace orvel
