@@ -83,6 +83,31 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     reload();
 }
 
+void AppModel::adoptStoredSettings()
+{
+    Defaults::store().sync();
+    const Defaults::Settings stored = Defaults::load();
+    // Only what differs is set, so an unchanged setting reschedules nothing.
+    const auto adopt = [this](const auto &current, const auto &value, auto setter) {
+        if (!(current == value))
+            (this->*setter)(value);
+    };
+    adopt(location_, stored.location, &AppModel::setLocation);
+    adopt(method_, stored.method, &AppModel::setMethod);
+    adopt(menuBarStyle_, stored.menuBarStyle, &AppModel::setMenuBarStyle);
+    adopt(notifiedPrayers_, stored.notifiedPrayers, &AppModel::setNotifiedPrayers);
+    adopt(reminderMinutes_, stored.reminderMinutes, &AppModel::setReminderMinutes);
+    adopt(showKerahat_, stored.showKerahat, &AppModel::setShowKerahat);
+    adopt(kerahatMenuDot_, stored.kerahatMenuDot, &AppModel::setKerahatMenuDot);
+    adopt(kerahatNotify_, stored.kerahatNotify, &AppModel::setKerahatNotify);
+    adopt(kerahatMinutes_, stored.kerahatMinutes, &AppModel::setKerahatMinutes);
+    adopt(ramadanMode_, stored.ramadanMode, &AppModel::setRamadanMode);
+    adopt(adhanSound_, stored.adhanSound, &AppModel::setAdhanSound);
+    adopt(customSoundName_, stored.customSoundName, &AppModel::setCustomSoundName);
+    adopt(soundVolume_, stored.soundVolume, &AppModel::setSoundVolume);
+    adopt(quietHours_, stored.quietHours, &AppModel::setQuietHours);
+}
+
 AppModel::~AppModel()
 {
     if (d->messageSoundLent)

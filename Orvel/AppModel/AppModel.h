@@ -115,6 +115,9 @@ public:
     StatusImage::Image menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
     QString accessibilityLabel() const;
 
+    // Takes on what another program stored in the settings (orvel-cli choosing a place), as if
+    // each changed setting had been set here.
+    void adoptStoredSettings();
     // Starts a fresh load of today and tomorrow; a running load's answer is then dropped.
     void reload();
     // Advances the clock to the current minute and runs the per-minute checks.

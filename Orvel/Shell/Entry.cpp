@@ -1,13 +1,17 @@
 #include "Entry.h"
 
 #include "AppModel.h"
+#include "Defaults.h"
+#include "Gazetteer.h"
 #include "OrvelApp.h"
 #include "QuitSignals.h"
+#include "SettingsWatcher.h"
 #include "SingleInstance.h"
 #include "Snapshot.h"
 #include "StatusItem.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <cstdio>
 
@@ -49,6 +53,8 @@ void describeApplication()
     QCoreApplication::setApplicationName(QStringLiteral("Orvel"));
     QCoreApplication::setOrganizationName(QStringLiteral("Orvel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVEL_VERSION));
+    // The desktop (and geoclue, asking for the position) knows Orvel by its desktop file.
+    QGuiApplication::setDesktopFileName(QStringLiteral("orvel"));
 }
 
 int runApplication(int argc, char **argv)
@@ -56,12 +62,17 @@ int runApplication(int argc, char **argv)
     describeApplication();
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
+    application.setWindowIcon(QIcon(QStringLiteral(":/orvel/orvel.svg")));
+    Gazetteer::speakTurkish();
 
     SingleInstance instance(SingleInstance::defaultServerName());
     if (instance.claim() == SingleInstance::Claim::alreadyRunning)
         return 0;
 
     OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
+    // orvel-cli and other copies write the same store; the running application follows them.
+    const SettingsWatcher settingsWatcher(Defaults::store().fileName());
+    QObject::connect(&settingsWatcher, &SettingsWatcher::changed, &app.model(), &AppModel::adoptStoredSettings);
     QObject::connect(&instance, &SingleInstance::showRequested, &app, &OrvelApp::showPanel);
     const QuitSignals *quitSignals = QuitSignals::createForPlatform(&application);
     QObject::connect(quitSignals, &QuitSignals::quitRequested, &application, &QCoreApplication::quit);
@@ -75,6 +86,7 @@ int runSnapshot(int argc, char **argv, const QString &folder, const QStringList 
     describeApplication();
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
+    Gazetteer::speakTurkish();
     return Snapshot::run(folder, arguments);
 }
 

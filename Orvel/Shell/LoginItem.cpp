@@ -94,6 +94,7 @@ QString desktopEntry(const QString &executable)
                           "Name=Orvel\n"
                           "Comment=Namaz vakitlerini menü çubuğunda gösterir\n"
                           "Exec=%1\n"
+                          "Icon=orvel\n"
                           "Terminal=false\n"
                           "X-GNOME-Autostart-enabled=true\n")
         .arg(quotedArgument(executable));

@@ -6,10 +6,12 @@
 #include "NotificationScheduler.h"
 #include "OrvelFormat.h"
 #include "PrayerCalculator.h"
+#include "SettingsWatcher.h"
 #include "SoundLibrary.h"
 #include "SystemEvents.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -359,6 +361,41 @@ TEST(AppModelSettings, EqualAssignmentsStayQuiet)
     EXPECT_FALSE(Defaults::store().contains(QStringLiteral("method")));
     model->setReminderMinutes(0);
     EXPECT_EQ(changed.count(), 0);
+}
+
+// The command line writes the same store from another process; the running model follows it
+// without a restart and keeps the settings the command line did not touch.
+TEST(AppModelSettings, APlaceChosenOnTheCommandLineReachesTheRunningModel)
+{
+    Harness harness(morning);
+    const QString configHome = harness.folder.filePath(QStringLiteral("config"));
+    Harness::useStore(configHome + QStringLiteral("/Orvel/Orvel.conf"));
+    const auto model = harness.model();
+    model->setMethod(CalculationMethod::mwl);
+    Defaults::store().sync();
+    SettingsWatcher watcher(Defaults::store().fileName());
+    QObject::connect(&watcher, &SettingsWatcher::changed, model.get(), &AppModel::adoptStoredSettings);
+    QSignalSpy placeChanged(model.get(), &AppModel::locationChanged);
+    QSignalSpy methodChanged(model.get(), &AppModel::methodChanged);
+
+    QProcess cli;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configHome);
+    cli.setProcessEnvironment(environment);
+    // Port 9 of the loopback refuses: the gazetteer on the device answers.
+    cli.start(QStringLiteral(ORVEL_CLI_PATH), {QStringLiteral("places"), QStringLiteral("Berlin"), QStringLiteral("--choose"),
+                                               QStringLiteral("1"), QStringLiteral("--geocoder"), QStringLiteral("http://127.0.0.1:9")});
+    ASSERT_TRUE(cli.waitForFinished(loadWaitMs));
+    ASSERT_EQ(cli.exitCode(), 0) << cli.readAllStandardError().toStdString();
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return placeChanged.count() > 0; }, loadWaitMs));
+    EXPECT_EQ(model->location().name, "Berlin");
+    EXPECT_EQ(model->location().timeZoneID, "Europe/Berlin");
+    EXPECT_EQ(model->method(), CalculationMethod::mwl);
+    // The model's own rewrite of what it just read is no news.
+    QTest::qWait(3 * SettingsWatcher::settleMs);
+    EXPECT_EQ(placeChanged.count(), 1);
+    EXPECT_EQ(methodChanged.count(), 0);
 }
 
 using StatusImage::Style;

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QIcon>
+#include <QImage>
 #include <QTemporaryDir>
 
 using namespace orvel;
@@ -32,7 +34,7 @@ TEST(LoginItem, WritesAndRemovesTheAutostartEntry)
     const QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
     file.close();
     EXPECT_EQ(lines.first(), "[Desktop Entry]");
-    for (const QString &line : {QString("Type=Application"), QString("X-GNOME-Autostart-enabled=true"),
+    for (const QString &line : {QString("Type=Application"), QString("X-GNOME-Autostart-enabled=true"), QString("Icon=orvel"),
                                 "Exec=\"" + QCoreApplication::applicationFilePath() + "\""})
         EXPECT_TRUE(lines.contains(line)) << line.toStdString();
 
@@ -64,4 +66,15 @@ TEST(LoginItem, EntryQuotingAndUnwritableFolder)
     const auto error = LoginItem::set(true);
     ASSERT_TRUE(error.has_value());
     EXPECT_TRUE(error->startsWith("Otomatik başlatma")) << error->toStdString();
+}
+
+// The icon the windows, the desktop file and the autostart entry show: white crescent on green,
+// drawn from the SVG inside the program (which needs Qt's SVG plugin at run time).
+TEST(ApplicationIcon, DrawsTheCrescentFromTheProgramsOwnResources)
+{
+    const QImage icon = QIcon(QStringLiteral(":/orvel/orvel.svg")).pixmap(QSize(64, 64)).toImage();
+    ASSERT_EQ(icon.size(), QSize(64, 64));
+    EXPECT_EQ(qAlpha(icon.pixel(0, 0)), 0);
+    EXPECT_EQ(QColor(icon.pixel(16, 33)), QColor(Qt::white));
+    EXPECT_EQ(QColor(icon.pixel(40, 25)).name(), "#2f9e7a");
 }
