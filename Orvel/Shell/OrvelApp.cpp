@@ -1,8 +1,10 @@
 #include "OrvelApp.h"
 
 #include "AppModel.h"
+#include "LocationService.h"
 #include "Panel.h"
 #include "PopoverView.h"
+#include "SettingsView.h"
 #include "StatusItem.h"
 
 #include <QApplication>
@@ -21,7 +23,7 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
     windows_.setFactory(QString::fromLatin1(Windows::imsakiye),
                         [] { return Windows::placeholder(QStringLiteral("İmsakiye")); });
     windows_.setFactory(QString::fromLatin1(Windows::settings),
-                        [] { return Windows::placeholder(QStringLiteral("Ayarlar")); });
+                        [this] { return new SettingsView(*model_, LocationService::create()); });
 
     panel_->setContent(new PopoverView(
         *model_, [this] { openImsakiye(); }, [this] { openSettings(); }, [] { QCoreApplication::quit(); }));

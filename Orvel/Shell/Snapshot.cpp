@@ -4,9 +4,13 @@
 #include "AppModel.h"
 #include "Calendars.h"
 #include "Defaults.h"
+#include "KerahatSettingsView.h"
+#include "LocationService.h"
 #include "OrvelFormat.h"
 #include "PopoverView.h"
 #include "PrayerRepository.h"
+#include "SettingsForm.h"
+#include "SettingsView.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
 #include "ViewStyle.h"
@@ -16,6 +20,7 @@
 #include <QEventLoop>
 #include <QHBoxLayout>
 #include <QImage>
+#include <QLayout>
 #include <QLabel>
 #include <QSettings>
 #include <QTimer>
@@ -109,6 +114,45 @@ void addRow(QVBoxLayout &column, const QString &title, const StatusImage::Image 
     column.addLayout(row);
 }
 
+// The settings window as a whole, then three of its tabs at the window's width, the last with a
+// custom sound and quiet hours that are put back afterwards.
+void renderSettings(AppModel &model, Appearance appearance, const QDir &folder)
+{
+    const QString name = appearanceName(appearance);
+    const NotificationSettingsView::Permission allowed{[] { return false; }, [] {}};
+    const auto writeTab = [&](QWidget &tab, const QString &file) {
+        SettingsForm::applyAppearance(&tab, appearance);
+        // Wrapped notes are as tall as the width makes them, not as their own hint guesses.
+        tab.ensurePolished();
+        const QLayout *layout = tab.layout();
+        const int height = layout->hasHeightForWidth() ? layout->totalHeightForWidth(SettingsView::windowWidth)
+                                                        : layout->totalSizeHint().height();
+        tab.setFixedSize(SettingsView::windowWidth, height);
+        write(tab, appearance, viewWaitSeconds, folder.filePath(file.arg(name)));
+    };
+
+    SettingsView settings(model, LocationService::create(), allowed);
+    write(settings, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("settings-%1.png").arg(name)));
+    NotificationSettingsView notifications(model, allowed);
+    writeTab(notifications, QStringLiteral("settings-notifications-%1.png"));
+    KerahatSettingsView kerahat(model);
+    writeTab(kerahat, QStringLiteral("settings-kerahat-%1.png"));
+
+    const AdhanSound sound = model.adhanSound();
+    const std::optional<QString> customName = model.customSoundName();
+    const QuietHours quietHours = model.quietHours();
+    model.setAdhanSound(AdhanSound::custom);
+    model.setCustomSoundName(QStringLiteral("ezan-ogle.m4a"));
+    QuietHours quiet = quietHours;
+    quiet.enabled = true;
+    model.setQuietHours(quiet);
+    NotificationSettingsView soundTab(model, allowed);
+    writeTab(soundTab, QStringLiteral("settings-sound-%1.png"));
+    model.setAdhanSound(sound);
+    model.setCustomSoundName(customName);
+    model.setQuietHours(quietHours);
+}
+
 void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder)
 {
     Colors::forceAppearance(appearance);
@@ -116,6 +160,7 @@ void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder
 
     PopoverView popover(model, [] {}, [] {}, [] {}, nullptr);
     write(popover, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("popover-%1.png").arg(name)));
+    renderSettings(model, appearance, folder);
 
     const std::unique_ptr<QWidget> menuBar = labels(model, appearance);
     write(*menuBar, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("menubar-%1.png").arg(name)));
