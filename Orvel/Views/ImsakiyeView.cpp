@@ -27,6 +27,7 @@ namespace {
 constexpr int horizontalPadding = 20;
 constexpr qreal titlePoints = 13;
 constexpr int titleMinimumWidth = 250;
+constexpr qreal titleMinimumScale = 0.8;
 constexpr qreal buttonPoints = 13;
 constexpr int iconButtonSize = 26;
 constexpr qreal todayPoints = 12.5;
@@ -166,6 +167,9 @@ QWidget *ImsakiyeView::makeToolbar()
     auto *titleRow = new QHBoxLayout(titleBox);
     titleRow->setContentsMargins(6, 0, 6, 0);
     title_ = new TightLabel;
+    // A Ramadan's title in a narrow window shrinks a little rather than lose its end.
+    title_->setMinimumScale(titleMinimumScale);
+    title_->setElides(true);
     titleRow->addWidget(title_, 0, Qt::AlignCenter);
     row->addWidget(titleBox, 0, Qt::AlignVCenter);
 
