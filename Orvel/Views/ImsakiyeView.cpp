@@ -283,7 +283,9 @@ ImsakiyePage ImsakiyeView::currentPage() const
 ImsakiyeView::LoadKey ImsakiyeView::currentKey() const
 {
     const ImsakiyePage page = currentPage();
-    return {mode_, offset_, model_.location(), model_.method(), page.today, Imsakiye::hijriYear(page)};
+    // Only a Ramadan page moves when today's own Hijri date arrives.
+    const int64_t hijriYear = mode_ == ImsakiyeMode::ramadan ? Imsakiye::hijriYear(page) : 0;
+    return {mode_, offset_, model_.location(), model_.method(), page.today, hijriYear};
 }
 
 void ImsakiyeView::reloadIfNeeded()

@@ -54,7 +54,7 @@ public:
         Location location;
         CalculationMethod method = CalculationMethod::diyanet;
         DayKey today;
-        int64_t hijriYear = 0; // moves when today's own Hijri date arrives
+        int64_t hijriYear = 0; // of a Ramadan page; moves when today's own Hijri date arrives
 
         bool operator==(const LoadKey &) const = default;
     };

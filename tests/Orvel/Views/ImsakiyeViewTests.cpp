@@ -326,3 +326,18 @@ TEST_F(ImsakiyeViewTest, RendersInTheForcedAppearance)
         EXPECT_GT(tint.green(), tint.red()) << tint.name().toStdString();
     }
 }
+
+TEST_F(ImsakiyeViewTest, RamadanPageMovesOnOnceTodaysTimesSayThisOneIsOver)
+{
+    // 10 April 2025 is in Şevval; until today's times are loaded the calendar's year stands.
+    AppModel model(at(2025, 4, 10, 12, 0), false, AppModel::Services{nullptr, repository, nullptr, nullptr});
+    ImsakiyeView view(model, ImsakiyeMode::ramadan);
+    ASSERT_TRUE(waitForDays(view));
+    EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Ramazan 1446 · 1 Mar – 29 Mar 2025"));
+
+    model.reload();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.titleLabel()->text() == QStringLiteral("Ramazan 1447 · 18 Şub – 19 Mar 2026"); },
+                                loadWaitMs))
+        << view.titleLabel()->text().toStdString();
+    EXPECT_EQ(view.rows().size(), 30u);
+}
