@@ -4,6 +4,7 @@
 #include "AppModel.h"
 #include "Calendars.h"
 #include "Defaults.h"
+#include "ImsakiyeView.h"
 #include "KerahatSettingsView.h"
 #include "LocationService.h"
 #include "OrvelFormat.h"
@@ -18,6 +19,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QFutureWatcher>
 #include <QHBoxLayout>
 #include <QImage>
 #include <QLayout>
@@ -153,6 +155,54 @@ void renderSettings(AppModel &model, Appearance appearance, const QDir &folder)
     model.setQuietHours(quietHours);
 }
 
+QSize imsakiyeSize(ImsakiyeMode mode)
+{
+    switch (mode) {
+    case ImsakiyeMode::week:
+        return {760, 400};
+    case ImsakiyeMode::month:
+        return {760, 700};
+    case ImsakiyeMode::ramadan:
+        return {760, 1130};
+    }
+    return {};
+}
+
+ImsakiyeView::Loaded awaitImsakiye(ImsakiyeMode mode, const AppModel &model)
+{
+    QFutureWatcher<ImsakiyeView::Loaded> watcher;
+    QEventLoop loop;
+    QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(loadBoundMs, &loop, &QEventLoop::quit);
+    watcher.setFuture(ImsakiyeView::load(mode, 0, model));
+    if (!watcher.isFinished())
+        loop.exec();
+    return watcher.isFinished() ? watcher.result() : ImsakiyeView::Loaded{};
+}
+
+// "imsakiye week: 7 gün, 2026-03-09 … 2026-03-15".
+QString imsakiyeLine(ImsakiyeMode mode, const std::vector<DayTimes> &days)
+{
+    const auto describe = [&](const DayTimes *day) { return day ? QString::fromStdString(day->day.description()) : "-"; };
+    return QStringLiteral("imsakiye %1: %2 gün, %3 … %4")
+        .arg(fromStd(mode.rawValue()))
+        .arg(days.size())
+        .arg(describe(days.empty() ? nullptr : &days.front()), describe(days.empty() ? nullptr : &days.back()));
+}
+
+void writeImsakiye(AppModel &model, Appearance appearance, const QDir &folder)
+{
+    for (const ImsakiyeMode::Value mode : ImsakiyeMode::allCases) {
+        const ImsakiyeView::Loaded loaded = awaitImsakiye(mode, model);
+        printLine(imsakiyeLine(mode, loaded.days));
+        ImsakiyeView view(model, mode, loaded);
+        view.setFixedSize(imsakiyeSize(mode));
+        write(view, appearance, imsakiyeWaitSeconds,
+              folder.filePath(QStringLiteral("imsakiye-%1-%2.png").arg(fromStd(ImsakiyeMode(mode).rawValue()),
+                                                                        appearanceName(appearance))));
+    }
+}
+
 void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder)
 {
     Colors::forceAppearance(appearance);
@@ -161,6 +211,8 @@ void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder
     PopoverView popover(model, [] {}, [] {}, [] {}, nullptr);
     write(popover, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("popover-%1.png").arg(name)));
     renderSettings(model, appearance, folder);
+
+    writeImsakiye(model, appearance, folder);
 
     const std::unique_ptr<QWidget> menuBar = labels(model, appearance);
     write(*menuBar, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("menubar-%1.png").arg(name)));
