@@ -4,6 +4,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QMediaPlayer>
+#include <QMimeDatabase>
 #include <QTimer>
 #include <QUrl>
 
@@ -16,7 +17,13 @@ namespace {
 
 // A local file is probed in well under a second; the limit only guards against a backend
 // that never answers, so the settings window cannot hang on an import.
-constexpr std::chrono::milliseconds decodeWait{2500};
+constexpr std::chrono::milliseconds decodeWait{5000};
+
+// A backend that is merely slow (a busy machine) has not said no: the file's contents decide.
+bool looksLikeAudio(const QString &path)
+{
+    return QMimeDatabase().mimeTypeForFile(path, QMimeDatabase::MatchContent).name().startsWith(QLatin1String("audio/"));
+}
 
 // Qt 6.4 on Linux ships an FFmpeg and a GStreamer backend. The FFmpeg one crashes when no sound
 // server runs, so GStreamer is chosen unless the environment names a backend. Qt reads the
@@ -116,6 +123,13 @@ bool AdhanPlayer::canDecode(const QString &path)
 {
     if (!isReadableFile(path))
         return false;
+    // On a busy machine the GStreamer backend now and then refuses a file it plays a moment
+    // later; a file whose contents say it is sound is asked about twice before it is refused.
+    return probe(path) || (looksLikeAudio(path) && probe(path));
+}
+
+bool AdhanPlayer::probe(const QString &path)
+{
     preferWorkingBackend();
     QMediaPlayer player;
     if (!player.isAvailable())
@@ -147,7 +161,7 @@ bool AdhanPlayer::canDecode(const QString &path)
     };
     connect(&player, &QMediaPlayer::mediaStatusChanged, &loop, onStatus);
     connect(&player, &QMediaPlayer::errorOccurred, &loop, [&] { settle(false); });
-    QTimer::singleShot(decodeWait, &loop, [&] { settle(false); });
+    QTimer::singleShot(decodeWait, &loop, [&] { settle(looksLikeAudio(path)); });
 
     player.setSource(localUrl(path));
     if (!settled)

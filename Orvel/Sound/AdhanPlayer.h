@@ -35,6 +35,8 @@ signals:
     void isPlayingChanged(bool playing);
 
 private:
+    // One verdict of the media backend on the file.
+    static bool probe(const QString &path);
     void setPlaying(bool playing);
     // Playback ended or the file was rejected: drop the player and go idle.
     void finish();
