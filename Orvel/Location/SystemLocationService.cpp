@@ -16,6 +16,9 @@ constexpr auto geoclueService = "org.freedesktop.GeoClue2";
 // Whether the system bus runs the name or can start it; false when the bus cannot be asked.
 QFuture<bool> systemBusKnows(const QString &name)
 {
+    const QDBusConnection bus = QDBusConnection::systemBus();
+    if (!bus.isConnected())
+        return QtFuture::makeReadyFuture(false);
     struct Pending {
         QPromise<bool> promise;
         int unanswered = 2;
@@ -23,18 +26,27 @@ QFuture<bool> systemBusKnows(const QString &name)
     };
     auto pending = std::make_shared<Pending>();
     pending->promise.start();
+    const auto answered = [pending, name](const QDBusPendingCall &call) {
+        const QDBusPendingReply<QStringList> reply = call;
+        pending->known = pending->known || (!reply.isError() && reply.value().contains(name));
+        if (--pending->unanswered > 0)
+            return;
+        pending->promise.addResult(pending->known);
+        pending->promise.finish();
+    };
     for (const char *method : {"ListNames", "ListActivatableNames"}) {
         const QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                                                                  QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
-        auto *watcher = new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(call));
-        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, [pending, name](QDBusPendingCallWatcher *finished) {
+        auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call));
+        // A call that failed at once (the bus went away) is already over and tells nobody.
+        if (watcher->isFinished()) {
+            answered(*watcher);
+            delete watcher;
+            continue;
+        }
+        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, [answered](QDBusPendingCallWatcher *finished) {
             finished->deleteLater();
-            const QDBusPendingReply<QStringList> reply = *finished;
-            pending->known = pending->known || (!reply.isError() && reply.value().contains(name));
-            if (--pending->unanswered > 0)
-                return;
-            pending->promise.addResult(pending->known);
-            pending->promise.finish();
+            answered(*finished);
         });
     }
     return pending->promise.future();
@@ -81,7 +93,7 @@ SystemLocationService::Positioning SystemLocationService::geoclue()
             source->setPreferredPositioningMethods(QGeoPositionInfoSource::NonSatellitePositioningMethods);
         return source;
     };
-    // The plugin reports a missing service as an access error; the bus tells the two apart.
+    // The plugin would report a missing service as an access error, and only after a long wait.
     positioning.serviceInstalled = [] { return systemBusKnows(QLatin1String(geoclueService)); };
     return positioning;
 }
@@ -95,10 +107,25 @@ QFuture<Location> SystemLocationService::currentLocation()
     QFuture<Location> future = request->promise.future();
     request_ = request;
 
+    // Without the service the plugin would only give up when the request times out.
+    QFuture<bool> installed = positioning_.serviceInstalled ? positioning_.serviceInstalled() : QtFuture::makeReadyFuture(true);
+    installed.then(this, [this, request](bool present) {
+        if (request_ != request)
+            return;
+        if (!present)
+            fail(LocationError::unavailable);
+        else
+            requestPosition(request);
+    });
+    return future;
+}
+
+void SystemLocationService::requestPosition(const std::shared_ptr<Request> &request)
+{
     QGeoPositionInfoSource *source = positioning_.openSource ? positioning_.openSource(this) : nullptr;
     if (!source) {
         fail(LocationError::unavailable);
-        return future;
+        return;
     }
     request->source = source;
     connect(source, &QGeoPositionInfoSource::positionUpdated, this, [this, request](const QGeoPositionInfo &info) {
@@ -106,20 +133,12 @@ QFuture<Location> SystemLocationService::currentLocation()
             return;
         locate(info.coordinate().latitude(), info.coordinate().longitude());
     });
+    // The service is there, so a refusal is the user's (or the desktop's) answer.
     connect(source, &QGeoPositionInfoSource::errorOccurred, this, [this, request](QGeoPositionInfoSource::Error error) {
-        if (request_ != request)
-            return;
-        if (error != QGeoPositionInfoSource::AccessError || !positioning_.serviceInstalled) {
-            fail(LocationError::unavailable);
-            return;
-        }
-        positioning_.serviceInstalled().then(this, [this, request](bool installed) {
-            if (request_ == request)
-                fail(installed ? LocationError::denied : LocationError::unavailable);
-        });
+        if (request_ == request)
+            fail(error == QGeoPositionInfoSource::AccessError ? LocationError::denied : LocationError::unavailable);
     });
     source->requestUpdate(positionTimeoutMs);
-    return future;
 }
 
 void SystemLocationService::fail(LocationError error)

@@ -21,7 +21,7 @@ public:
     struct Positioning {
         // A new source for one request, owned by `parent`; none when the machine has none.
         std::function<QGeoPositionInfoSource *(QObject *parent)> openSource;
-        // Whether the location service exists, so that its refusal is the user's answer.
+        // Whether the location service exists at all; asked before each request.
         std::function<QFuture<bool>()> serviceInstalled;
     };
 
@@ -39,6 +39,7 @@ public:
 private:
     struct Request;
 
+    void requestPosition(const std::shared_ptr<Request> &request);
     void fail(LocationError error);
     void locate(double latitude, double longitude);
 

@@ -126,6 +126,7 @@ TEST(SystemLocationService, ASecondRequestGivesUpTheFirstAndEachCallerHearsOnce)
     };
     SystemLocationService service(positioning, geocoding.finder());
     QFuture<Location> first = service.currentLocation();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return opened == 1; }, waitMs));
     QFuture<Location> second = service.currentLocation();
     EXPECT_EQ(failure(first), LocationError::unavailable);
     ASSERT_TRUE(QTest::qWaitFor([&] { return second.isFinished(); }, waitMs));
@@ -157,4 +158,17 @@ TEST(SystemLocationService, SearchAnswersOnlineOfflineOrFails)
     QFuture<PlaceSearch> nowhere = offline.search(QStringLiteral("Qqxxzz"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return nowhere.isFinished(); }, waitMs));
     EXPECT_THROW(nowhere.waitForFinished(), SearchFailure);
+}
+
+// Where the desktop has no geoclue (CI, minimal window managers), asking for the position must
+// end in "unavailable", never in a refusal the user did not give.
+TEST(SystemLocationService, WithoutGeoclueThePositionIsUnavailable)
+{
+    QFuture<bool> installed = SystemLocationService::geoclue().serviceInstalled();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return installed.isFinished(); }, waitMs));
+    if (installed.result())
+        GTEST_SKIP() << "this machine has geoclue";
+    Geocoding geocoding;
+    SystemLocationService service(SystemLocationService::geoclue(), geocoding.finder());
+    EXPECT_EQ(failure(service.currentLocation()), LocationError::unavailable);
 }
