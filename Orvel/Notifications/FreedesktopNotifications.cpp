@@ -1,5 +1,7 @@
 #include "FreedesktopNotifications.h"
 
+#include <algorithm>
+
 #include "NotificationScheduler.h"
 
 #include <QDBusConnectionInterface>
@@ -113,6 +115,13 @@ void FreedesktopNotifications::openSettings() const
         if (startTool(tool))
             return;
     }
+}
+
+bool FreedesktopNotifications::canOpenSettings() const
+{
+    return std::any_of(settingsTools.begin(), settingsTools.end(), [](const SettingsTool &tool) {
+        return !QStandardPaths::findExecutable(QString::fromLatin1(tool.program)).isEmpty();
+    });
 }
 
 void FreedesktopNotifications::requestCapabilities()

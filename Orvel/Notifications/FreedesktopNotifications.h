@@ -30,6 +30,7 @@ public:
     bool isAvailable() const override;
     void show(const NotificationRequest &request) override;
     void openSettings() const override;
+    bool canOpenSettings() const override;
 
 private:
     void requestCapabilities();

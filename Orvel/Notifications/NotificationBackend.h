@@ -19,6 +19,7 @@ public:
     virtual void show(const NotificationRequest &request) = 0;
     // Opens the desktop's notification settings, when it has a tool for them.
     virtual void openSettings() const {}
+    virtual bool canOpenSettings() const { return false; }
 
     // The backend of the platform Orvel was built for, on the user's session.
     static std::shared_ptr<NotificationBackend> platformDefault();

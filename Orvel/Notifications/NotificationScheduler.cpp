@@ -206,6 +206,11 @@ void NotificationScheduler::openSystemSettings()
     shared().d->backend->openSettings();
 }
 
+bool NotificationScheduler::canOpenSystemSettings()
+{
+    return shared().d->backend->canOpenSettings();
+}
+
 void NotificationScheduler::replacePending(const NotificationPlan &plan)
 {
     const std::vector<NotificationRequest> before = pending();

@@ -72,6 +72,7 @@ public:
     bool isDenied() const;
     // Opens the desktop's notification settings when a tool for them is installed.
     static void openSystemSettings();
+    static bool canOpenSystemSettings();
 
 signals:
     void pendingChanged();

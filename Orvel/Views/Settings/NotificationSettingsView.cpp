@@ -65,9 +65,9 @@ NotificationSettingsView::NotificationSettingsView(AppModel &model, Permission p
         // Made here, on the UI thread, before a worker asks it.
         const NotificationScheduler *scheduler = &NotificationScheduler::shared();
         permission_.isDenied = [scheduler] { return scheduler->isDenied(); };
+        if (NotificationScheduler::canOpenSystemSettings())
+            permission_.openSettings = &NotificationScheduler::openSystemSettings;
     }
-    if (!permission_.openSettings)
-        permission_.openSettings = &NotificationScheduler::openSystemSettings;
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(20, 16, 20, 20);
@@ -113,9 +113,10 @@ QWidget *NotificationSettingsView::makeNotificationSection()
 
     QLabel *warning = symbol(QStringLiteral("exclamationmark.triangle.fill"), Tone::primary, 13);
     setSymbolColor(warning, Colors::systemOrange());
-    auto *open = new QPushButton(QStringLiteral("Bildirim ayarlarını aç"));
-    connect(open, &QPushButton::clicked, this, [this] { permission_.openSettings(); });
-    deniedRow_ = section->addRow(rowOf({warning, label(QStringLiteral("Bildirim izni kapalı")), nullptr, open}, 8));
+    openSettings_ = new QPushButton(QStringLiteral("Bildirim ayarlarını aç"));
+    connect(openSettings_, &QPushButton::clicked, this, [this] { permission_.openSettings(); });
+    openSettings_->setVisible(static_cast<bool>(permission_.openSettings));
+    deniedRow_ = section->addRow(rowOf({warning, label(QStringLiteral("Bildirim izni kapalı")), nullptr, openSettings_}, 8));
     deniedRow_->hide();
     return section;
 }

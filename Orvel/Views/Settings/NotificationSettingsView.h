@@ -33,10 +33,10 @@ public:
     static constexpr std::array<int, 5> reminderOptions{5, 10, 15, 30, 45};
 
     // How the tab learns whether notifications can be shown at all, and opens the desktop's
-    // notification settings; empty ones ask the application's notification scheduler.
+    // notification settings; an empty check asks the application's notification scheduler.
     struct Permission {
-        std::function<bool()> isDenied; // may block briefly: called off the UI thread
-        std::function<void()> openSettings;
+        std::function<bool()> isDenied;     // may block briefly: called off the UI thread
+        std::function<void()> openSettings; // none: the desktop has no tool for them
     };
 
     explicit NotificationSettingsView(AppModel &model, Permission permission = {}, QWidget *parent = nullptr);
@@ -47,6 +47,7 @@ public:
     SettingsForm::Chip *chip(Prayer prayer) const { return chips_.at(prayer); }
     QComboBox *reminderPicker() const { return reminder_; }
     QWidget *deniedRow() const { return deniedRow_; }
+    QPushButton *openSettingsButton() const { return openSettings_; }
     QComboBox *soundPicker() const { return sound_; }
     QLabel *soundDescription() const { return description_; }
     QWidget *fileRow() const { return fileRow_; }
@@ -77,6 +78,7 @@ private:
     std::map<Prayer::Value, SettingsForm::Chip *> chips_;
     QComboBox *reminder_ = nullptr;
     QWidget *deniedRow_ = nullptr;
+    QPushButton *openSettings_ = nullptr;
     QComboBox *sound_ = nullptr;
     QLabel *description_ = nullptr;
     QWidget *fileRow_ = nullptr;

@@ -302,6 +302,22 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     EXPECT_EQ(model->customSoundName(), "ezan-ogle.wav");
 }
 
+TEST_F(SettingsViewTest, WithoutANotificationServiceTheTabSaysSoWhenShown)
+{
+    int opened = 0;
+    NotificationSettingsView view(*model, {[] { return true; }, [&opened] { ++opened; }});
+    EXPECT_TRUE(view.deniedRow()->isHidden()) << "only learned when the tab is shown";
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !view.deniedRow()->isHidden(); }, waitMs));
+    view.openSettingsButton()->click();
+    EXPECT_EQ(opened, 1);
+
+    // A desktop without a settings tool gets the warning but no dead button.
+    NotificationSettingsView bare(*model, {[] { return true; }, {}});
+    EXPECT_TRUE(bare.openSettingsButton()->isHidden());
+}
+
 TEST_F(SettingsViewTest, QuietHoursAreStoredAsMinutesAfterMidnight)
 {
     NotificationSettingsView view(*model, allowed);
