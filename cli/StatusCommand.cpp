@@ -6,7 +6,6 @@
 #include "OrvelFormat.h"
 #include "StatusText.h"
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <ostream>
 
@@ -50,24 +49,9 @@ OptionTable optionTable(Choices &choices)
     return table;
 }
 
-// "2026-03-10T18:47:00+03:00": the wall clock of the place with its offset.
-std::string isoTime(Instant instant, const TimeZone &zone)
-{
-    const CivilTime civil = Calendars::civil(instant, zone);
-    const int offset = zone.offsetSeconds(instant);
-    const int offsetMinutes = (offset < 0 ? -offset : offset) / 60;
-    char text[40];
-    std::snprintf(text, sizeof text, "%04lld-%02lld-%02lldT%02lld:%02lld:%02lld%c%02d:%02d",
-                  static_cast<long long>(civil.year), static_cast<long long>(civil.month),
-                  static_cast<long long>(civil.day), static_cast<long long>(civil.hour),
-                  static_cast<long long>(civil.minute), static_cast<long long>(civil.second), offset < 0 ? '-' : '+',
-                  offsetMinutes / 60, offsetMinutes % 60);
-    return text;
-}
-
 OrderedJson isoOrNull(const std::optional<Instant> &instant, const TimeZone &zone)
 {
-    return instant ? OrderedJson(isoTime(*instant, zone)) : OrderedJson(nullptr);
+    return instant ? OrderedJson(Calendars::iso8601(*instant, zone)) : OrderedJson(nullptr);
 }
 
 std::string waybarClass(const Moment &moment)
@@ -135,14 +119,14 @@ std::string json(const Request &request, const Moment &moment)
     OrderedJson kerahat = nullptr;
     if (moment.kerahat) {
         kerahat = {{"kind", moment.kerahat->kind.rawValue()},
-                   {"start", isoTime(moment.kerahat->start, zone)},
-                   {"end", isoTime(moment.kerahat->end, zone)}};
+                   {"start", Calendars::iso8601(moment.kerahat->start, zone)},
+                   {"end", Calendars::iso8601(moment.kerahat->end, zone)}};
     }
     const OrderedJson document{
         {"current", status.current ? OrderedJson(status.current->rawValue()) : OrderedJson(nullptr)},
         {"currentTime", isoOrNull(status.currentTime, zone)},
         {"next", status.next.rawValue()},
-        {"nextTime", isoTime(status.nextTime, zone)},
+        {"nextTime", Calendars::iso8601(status.nextTime, zone)},
         {"nextIsTomorrow", status.nextIsTomorrow},
         {"dayProgress", status.dayProgress},
         {"minutesRemaining", status.minutesRemaining},
