@@ -3,7 +3,12 @@
 #include <QDBusMessage>
 #include <QVariantMap>
 
+#include <string_view>
+
 namespace orvel {
+
+// moc needs the interface's name as a literal.
+static_assert(std::string_view(StatusBus::interfaceName) == "io.github.orvel.Orvel.Status");
 
 DBusStatusService::DBusStatusService(QDBusConnection connection, QObject *parent)
     : StatusService(parent)

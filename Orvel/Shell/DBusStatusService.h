@@ -1,5 +1,6 @@
 #pragma once
 
+#include "StatusBus.h"
 #include "StatusService.h"
 
 #include <QDBusConnection>
@@ -7,7 +8,7 @@
 
 namespace orvel {
 
-// The status on the session bus under a name of Orvel's own:
+// The status on the session bus under a name of Orvel's own (StatusBus):
 //
 //   name       io.github.orvel.Orvel
 //   object     /io/github/orvel/Orvel/Status
@@ -28,9 +29,9 @@ class DBusStatusService : public StatusService {
     Q_PROPERTY(QString NextMoment READ nextMoment)
 
 public:
-    static constexpr auto serviceName = "io.github.orvel.Orvel";
-    static constexpr auto objectPath = "/io/github/orvel/Orvel/Status";
-    static constexpr auto interfaceName = "io.github.orvel.Orvel.Status";
+    static constexpr auto serviceName = StatusBus::serviceName;
+    static constexpr auto objectPath = StatusBus::objectPath;
+    static constexpr auto interfaceName = StatusBus::interfaceName;
 
     explicit DBusStatusService(QDBusConnection connection, QObject *parent = nullptr);
     ~DBusStatusService() override;

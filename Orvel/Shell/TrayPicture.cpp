@@ -16,6 +16,8 @@ namespace orvel::TrayPicture {
 namespace {
 
 constexpr auto symbolName = "moon";
+// Above the digits the crescent has half the room; filled, it still reads as one.
+constexpr auto smallSymbolName = "moon.fill";
 constexpr std::array<int, 6> iconSizes{16, 22, 24, 32, 48, 64};
 // Bold digits of equal width that Debian installs with the desktop; the same on every machine
 // that has it, so the countdown does not wobble from minute to minute.
@@ -27,17 +29,17 @@ QColor glyphColor(Appearance appearance)
 }
 
 // The largest point size at which the symbol fits `box` pixels each way.
-qreal fittingPointSize(qreal box)
+qreal fittingPointSize(const QString &name, qreal box)
 {
-    const QSizeF unit = Symbols::size(QString::fromLatin1(symbolName), 1.0);
+    const QSizeF unit = Symbols::size(name, 1.0);
     const qreal largest = std::max(unit.width(), unit.height());
     return largest > 0 ? box / largest : box;
 }
 
-void drawSymbol(QPainter &painter, const QRectF &box, const QColor &color)
+void drawSymbol(QPainter &painter, const QRectF &box, const QColor &color, const char *symbol = symbolName)
 {
-    const QString name = QString::fromLatin1(symbolName);
-    const qreal pointSize = fittingPointSize(std::min(box.width(), box.height()));
+    const QString name = QString::fromLatin1(symbol);
+    const qreal pointSize = fittingPointSize(name, std::min(box.width(), box.height()));
     const QSizeF size = Symbols::size(name, pointSize);
     const QPointF origin(box.center().x() - size.width() / 2, box.center().y() - size.height() / 2);
     Symbols::draw(painter, name, origin, pointSize, color);
@@ -50,13 +52,14 @@ void drawDot(QPainter &painter, const QRectF &square, Appearance appearance)
     painter.drawEllipse(square);
 }
 
-// Half the square high, narrowed until the widest text ("23s") fits the width.
+// Over half the square high, smaller only when the text ("23s") would not fit the width.
 QFont digitFont(const QString &text, int pixels)
 {
     QFont font(digitFamily);
     font.setBold(true);
-    font.setHintingPreference(QFont::PreferFullHinting);
-    for (int size = static_cast<int>(std::lround(pixels * 0.5)); size > 6; --size) {
+    // Full hinting thins the stems to one pixel at tray sizes; vertical hinting keeps them bold.
+    font.setHintingPreference(QFont::PreferVerticalHinting);
+    for (int size = static_cast<int>(std::lround(pixels * 0.55)); size > 6; --size) {
         font.setPixelSize(size);
         if (QFontMetricsF(font).horizontalAdvance(text) <= pixels)
             break;
@@ -78,11 +81,11 @@ void drawWithRemaining(QPainter &painter, const Face &face, Appearance appearanc
     const qreal symbolBox = top - gap;
 
     if (face.state == State::kerahat) {
-        drawSymbol(painter, QRectF(side * 0.12, 0, symbolBox, symbolBox), color);
+        drawSymbol(painter, QRectF(side * 0.12, 0, symbolBox, symbolBox), color, smallSymbolName);
         const qreal dot = std::round(side * 0.32);
         drawDot(painter, QRectF(side - dot, 0, dot, dot), appearance);
     } else {
-        drawSymbol(painter, QRectF((side - symbolBox) / 2, 0, symbolBox, symbolBox), color);
+        drawSymbol(painter, QRectF((side - symbolBox) / 2, 0, symbolBox, symbolBox), color, smallSymbolName);
     }
     painter.setFont(font);
     painter.setPen(color);
