@@ -51,8 +51,7 @@ OptionTable optionTable(Choices &choices)
     table.add({"--now", "YYYY-AA-GGTSS:dd", "bu an için yaz, yerin saat dilimine göre (varsayılan: şimdi)",
                [&choices](std::string_view value) { choices.now = Values::minute(value); }});
     table.add({"--format", "BİÇİM",
-               "text (iki satır), json, waybar (tek satır JSON), line (yalnız başlık: polybar, i3blocks) ya da "
-               "genmon (XFCE Genel İzleyici); varsayılan text",
+               "text (iki satır), json, waybar, line (yalnız başlık) ya da genmon; varsayılan text",
                [&choices](std::string_view value) { choices.format = format(value); }});
     table.add({"--follow", "", "çalışmayı sürdür, gösterilen değiştikçe yeniden yaz (Orvel açıksa onu izler)",
                [&choices](std::string_view) { choices.follow = true; }});
