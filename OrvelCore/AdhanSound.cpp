@@ -8,13 +8,14 @@ struct Entry {
     AdhanSound::Value value;
     std::string_view raw;
     std::string_view label;
+    std::string_view description;
 };
 
 constexpr std::array<Entry, 4> entries{{
-    {AdhanSound::system, "system", "Bildirim sesi"},
-    {AdhanSound::chime, "chime", "Yumuşak zil"},
-    {AdhanSound::custom, "custom", "Kendi ses dosyam"},
-    {AdhanSound::none, "none", "Sessiz"},
+    {AdhanSound::system, "system", "Bildirim sesi", "Bildirimle birlikte kısa sistem sesi"},
+    {AdhanSound::chime, "chime", "Yumuşak zil", "Uygulamanın kendi yumuşak zil sesi"},
+    {AdhanSound::custom, "custom", "Kendi ses dosyam", "Seçtiğiniz kayıt baştan sona çalınır"},
+    {AdhanSound::none, "none", "Sessiz", "Bildirimler sessiz gelir"},
 }};
 
 const Entry &entryOf(AdhanSound::Value value)
@@ -41,6 +42,11 @@ std::string_view AdhanSound::rawValue() const
 std::string_view AdhanSound::label() const
 {
     return entryOf(value_).label;
+}
+
+std::string_view AdhanSound::description() const
+{
+    return entryOf(value_).description;
 }
 
 } // namespace orvel

@@ -22,6 +22,7 @@ public:
     static std::optional<AdhanSound> fromRawValue(std::string_view raw);
     std::string_view rawValue() const;
     std::string_view label() const; // "Bildirim sesi", "Yumuşak zil", "Kendi ses dosyam", "Sessiz"
+    std::string_view description() const; // what the choice does, one short line
     bool isPlayedByApp() const { return value_ == chime || value_ == custom; }
 
 private:

@@ -159,7 +159,9 @@ double number(std::string_view input, std::string_view what, double min, double 
 
 int64_t integer(std::string_view input, std::string_view what, int64_t min, int64_t max)
 {
-    const auto value = parseDigits(input.starts_with('+') ? input.substr(1) : input);
+    const bool negative = input.starts_with('-');
+    const auto digits = parseDigits(negative || input.starts_with('+') ? input.substr(1) : input);
+    const auto value = digits && negative ? std::optional<int64_t>(-*digits) : digits;
     if (!value || *value < min || *value > max)
         throw UsageError(rangeError(what, input, static_cast<double>(min), static_cast<double>(max), "bir tam sayı "));
     return *value;

@@ -1,6 +1,7 @@
 #include "CliOptions.h"
 #include "Clock.h"
 #include "Gazetteer.h"
+#include "ImsakiyeCommand.h"
 #include "PlacesCommand.h"
 #include "StatusCommand.h"
 #include "TextTable.h"
@@ -24,10 +25,11 @@ struct Command {
     int (*run)(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err);
 };
 
-constexpr std::array<Command, 3> commands{{
+constexpr std::array<Command, 4> commands{{
     {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run},
     {"status", "sıradaki vakit ve kalan süre (metin, --format json ya da waybar)", cli::StatusCommand::run},
     {"places", "yer ara; --choose N ile uygulamanın yerini seç", cli::PlacesCommand::run},
+    {"imsakiye", "haftalık, aylık ya da Ramazan imsakiyesi (tablo ya da --json)", cli::ImsakiyeCommand::run},
 }};
 
 std::string usage()

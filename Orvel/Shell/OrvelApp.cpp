@@ -1,8 +1,11 @@
 #include "OrvelApp.h"
 
 #include "AppModel.h"
+#include "ImsakiyeView.h"
+#include "LocationService.h"
 #include "Panel.h"
 #include "PopoverView.h"
+#include "SettingsView.h"
 #include "StatusItem.h"
 #include "StatusService.h"
 
@@ -19,10 +22,13 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
     , menu_(std::make_unique<QMenu>())
     , panel_(std::make_unique<Panel>())
 {
-    windows_.setFactory(QString::fromLatin1(Windows::imsakiye),
-                        [] { return Windows::placeholder(QStringLiteral("İmsakiye")); });
+    windows_.setFactory(QString::fromLatin1(Windows::imsakiye), [this] {
+        auto *view = new ImsakiyeView(*model_, ImsakiyeMode::month);
+        view->resize(ImsakiyeView::defaultSize);
+        return view;
+    });
     windows_.setFactory(QString::fromLatin1(Windows::settings),
-                        [] { return Windows::placeholder(QStringLiteral("Ayarlar")); });
+                        [this] { return new SettingsView(*model_, LocationService::create()); });
 
     panel_->setContent(new PopoverView(
         *model_, [this] { openImsakiye(); }, [this] { openSettings(); }, [] { QCoreApplication::quit(); }));

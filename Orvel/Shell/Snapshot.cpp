@@ -4,9 +4,14 @@
 #include "AppModel.h"
 #include "Calendars.h"
 #include "Defaults.h"
+#include "ImsakiyeView.h"
+#include "KerahatSettingsView.h"
+#include "LocationService.h"
 #include "OrvelFormat.h"
 #include "PopoverView.h"
 #include "PrayerRepository.h"
+#include "SettingsForm.h"
+#include "SettingsView.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
 #include "ViewStyle.h"
@@ -14,8 +19,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QFutureWatcher>
 #include <QHBoxLayout>
 #include <QImage>
+#include <QLayout>
 #include <QLabel>
 #include <QSettings>
 #include <QTimer>
@@ -109,6 +116,93 @@ void addRow(QVBoxLayout &column, const QString &title, const StatusImage::Image 
     column.addLayout(row);
 }
 
+// The settings window as a whole, then three of its tabs at the window's width, the last with a
+// custom sound and quiet hours that are put back afterwards.
+void renderSettings(AppModel &model, Appearance appearance, const QDir &folder)
+{
+    const QString name = appearanceName(appearance);
+    const NotificationSettingsView::Permission allowed{[] { return false; }, [] {}};
+    const auto writeTab = [&](QWidget &tab, const QString &file) {
+        SettingsForm::applyAppearance(&tab, appearance);
+        // Wrapped notes are as tall as the width makes them, not as their own hint guesses.
+        tab.ensurePolished();
+        const QLayout *layout = tab.layout();
+        const int height = layout->hasHeightForWidth() ? layout->totalHeightForWidth(SettingsView::windowWidth)
+                                                        : layout->totalSizeHint().height();
+        tab.setFixedSize(SettingsView::windowWidth, height);
+        write(tab, appearance, viewWaitSeconds, folder.filePath(file.arg(name)));
+    };
+
+    SettingsView settings(model, LocationService::create(), allowed);
+    write(settings, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("settings-%1.png").arg(name)));
+    NotificationSettingsView notifications(model, allowed);
+    writeTab(notifications, QStringLiteral("settings-notifications-%1.png"));
+    KerahatSettingsView kerahat(model);
+    writeTab(kerahat, QStringLiteral("settings-kerahat-%1.png"));
+
+    const AdhanSound sound = model.adhanSound();
+    const std::optional<QString> customName = model.customSoundName();
+    const QuietHours quietHours = model.quietHours();
+    model.setAdhanSound(AdhanSound::custom);
+    model.setCustomSoundName(QStringLiteral("ezan-ogle.m4a"));
+    QuietHours quiet = quietHours;
+    quiet.enabled = true;
+    model.setQuietHours(quiet);
+    NotificationSettingsView soundTab(model, allowed);
+    writeTab(soundTab, QStringLiteral("settings-sound-%1.png"));
+    model.setAdhanSound(sound);
+    model.setCustomSoundName(customName);
+    model.setQuietHours(quietHours);
+}
+
+QSize imsakiyeSize(ImsakiyeMode mode)
+{
+    switch (mode) {
+    case ImsakiyeMode::week:
+        return {760, 400};
+    case ImsakiyeMode::month:
+        return {760, 700};
+    case ImsakiyeMode::ramadan:
+        return {760, 1130};
+    }
+    return {};
+}
+
+ImsakiyeView::Loaded awaitImsakiye(ImsakiyeMode mode, const AppModel &model)
+{
+    QFutureWatcher<ImsakiyeView::Loaded> watcher;
+    QEventLoop loop;
+    QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(loadBoundMs, &loop, &QEventLoop::quit);
+    watcher.setFuture(ImsakiyeView::load(mode, 0, model));
+    if (!watcher.isFinished())
+        loop.exec();
+    return watcher.isFinished() ? watcher.result() : ImsakiyeView::Loaded{};
+}
+
+// "imsakiye week: 7 gün, 2026-03-09 … 2026-03-15".
+QString imsakiyeLine(ImsakiyeMode mode, const std::vector<DayTimes> &days)
+{
+    const auto describe = [&](const DayTimes *day) { return day ? QString::fromStdString(day->day.description()) : "-"; };
+    return QStringLiteral("imsakiye %1: %2 gün, %3 … %4")
+        .arg(fromStd(mode.rawValue()))
+        .arg(days.size())
+        .arg(describe(days.empty() ? nullptr : &days.front()), describe(days.empty() ? nullptr : &days.back()));
+}
+
+void writeImsakiye(AppModel &model, Appearance appearance, const QDir &folder)
+{
+    for (const ImsakiyeMode::Value mode : ImsakiyeMode::allCases) {
+        const ImsakiyeView::Loaded loaded = awaitImsakiye(mode, model);
+        printLine(imsakiyeLine(mode, loaded.days));
+        ImsakiyeView view(model, mode, loaded);
+        view.setFixedSize(imsakiyeSize(mode));
+        write(view, appearance, imsakiyeWaitSeconds,
+              folder.filePath(QStringLiteral("imsakiye-%1-%2.png").arg(fromStd(ImsakiyeMode(mode).rawValue()),
+                                                                        appearanceName(appearance))));
+    }
+}
+
 void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder)
 {
     Colors::forceAppearance(appearance);
@@ -116,6 +210,9 @@ void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder
 
     PopoverView popover(model, [] {}, [] {}, [] {}, nullptr);
     write(popover, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("popover-%1.png").arg(name)));
+    renderSettings(model, appearance, folder);
+
+    writeImsakiye(model, appearance, folder);
 
     const std::unique_ptr<QWidget> menuBar = labels(model, appearance);
     write(*menuBar, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("menubar-%1.png").arg(name)));

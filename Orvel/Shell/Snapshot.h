@@ -25,6 +25,8 @@ constexpr qreal devicePixelRatio = 2;
 // Longer than two months fetched one after the other at the web client's 15 s time-out.
 constexpr int loadBoundMs = 45'000;
 constexpr double viewWaitSeconds = 0.3;
+// The timetable's list is given longer to settle and scroll to today.
+constexpr double imsakiyeWaitSeconds = 0.6;
 
 // The whole run; the process's exit status.
 int run(const QString &outputDirectory, const QStringList &arguments);

@@ -486,6 +486,19 @@ Builder clock()
     return Builder().line(circle({12, 12}, 9.6)).line(polyline({{12, 6.4}, {12, 12}, {15.8, 14.4}}));
 }
 
+// A printer seen from the front: the paper going in at the top, the sheet coming out in front of
+// the body, and the body's light.
+Builder printer()
+{
+    const QPainterPath sheet = polyline({{6.75, 14.25}, {17.25, 14.25}, {17.25, 21.75}, {6.75, 21.75}}, true);
+    Builder b;
+    b.line(polyline({{6.75, 8.25}, {6.75, 2.25}, {17.25, 2.25}, {17.25, 8.25}}), stroke * 0.9);
+    b.line(roundedRect({2.25, 8.25, 19.5, 9.75}, 2.6));
+    b.cut(roundedRect({4.6, 12.4, 14.8, 11.2}, 1.0));
+    b.line(sheet, stroke * 0.9);
+    return b.fill(circle({17.6, 11.4}, 1.15));
+}
+
 using Table = std::map<QString, Glyph>;
 
 const Table &table()
@@ -531,6 +544,7 @@ const Table &table()
             {"play.fill", playFill},
             {"stop.fill", stopFill},
             {"clock", clock},
+            {"printer", printer},
         };
         Table built;
         for (const auto &[name, make] : makers)

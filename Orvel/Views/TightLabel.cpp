@@ -263,7 +263,13 @@ void TightLabel::paintEvent(QPaintEvent *)
     qreal scale = 1;
     if (natural.textWidth > room && natural.textWidth > 0)
         scale = std::clamp(room / natural.textWidth, minimumScale_, 1.0);
-    const Metrics metrics = scale < 1 ? measure(scale) : natural;
+    Metrics metrics = scale < 1 ? measure(scale) : natural;
+    // Scaled fonts snap to whole pixel sizes, so the text may still be a little wider than the
+    // room; a few smaller steps make it fit before the minimum scale is reached.
+    for (int step = 0; step < 3 && scale < 1 && metrics.textWidth > room && scale > minimumScale_; ++step) {
+        scale = std::max(minimumScale_, scale * room / metrics.textWidth * 0.995);
+        metrics = measure(scale);
+    }
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -95,6 +95,8 @@ QPalette palette(Appearance appearance)
         palette.setColor(group, QPalette::PlaceholderText, tertiary(appearance));
     }
     palette.setColor(QPalette::Disabled, QPalette::Window, background);
+    palette.setColor(QPalette::Disabled, QPalette::Button, background);
+    palette.setColor(QPalette::Disabled, QPalette::Base, controlBackground(appearance));
     palette.setColor(QPalette::Disabled, QPalette::WindowText, tertiary(appearance));
     palette.setColor(QPalette::Disabled, QPalette::Text, tertiary(appearance));
     palette.setColor(QPalette::Disabled, QPalette::ButtonText, tertiary(appearance));

@@ -102,11 +102,19 @@ TEST(Snapshot, WritesThePicturesAndTheSummaryOffline)
     for (const Prayer::Value prayer : Prayer::allCases)
         times << QString::fromUtf8(Prayer(prayer).name()) + ' '
                 + QString::fromStdString(OrvelFormat::time(day[prayer], Snapshot::uskudar().timeZone()));
+    // Each timetable page is announced once per appearance.
+    const QString imsakiye = "imsakiye week: 7 gün, 2026-03-09 … 2026-03-15\n"
+                             "imsakiye month: 31 gün, 2026-03-01 … 2026-03-31\n"
+                             "imsakiye ramadan: 30 gün, 2026-02-18 … 2026-03-19\n";
     EXPECT_EQ(QString::fromUtf8(orvel.readAllStandardOutput()),
-              "source=offline location=İstanbul, Üsküdar\n" + times.join("  ") + '\n');
+              imsakiye + imsakiye + "source=offline location=İstanbul, Üsküdar\n" + times.join("  ") + '\n');
 
     std::map<QString, QImage> pictures;
-    for (const QString name : {"popover-light", "popover-dark", "menubar-light", "menubar-dark"}) {
+    for (const QString name : {"popover-light", "popover-dark", "menubar-light", "menubar-dark", "imsakiye-week-light",
+                               "imsakiye-week-dark", "imsakiye-month-light", "imsakiye-month-dark",
+                               "imsakiye-ramadan-light", "imsakiye-ramadan-dark", "settings-light", "settings-dark",
+                               "settings-notifications-light", "settings-notifications-dark", "settings-kerahat-light",
+                               "settings-kerahat-dark", "settings-sound-light", "settings-sound-dark"}) {
         SCOPED_TRACE(name.toStdString());
         const QImage picture(QDir(out).filePath(name + ".png"));
         ASSERT_FALSE(picture.isNull());
@@ -121,6 +129,13 @@ TEST(Snapshot, WritesThePicturesAndTheSummaryOffline)
     // Six rows of 22-point images, 8 points apart, 12 points of padding, at 2x.
     EXPECT_GE(pictures["menubar-light"].height(), 2 * (12 + 6 * 22 + 5 * 8 + 12));
     EXPECT_GT(pictures["menubar-light"].width(), 2 * (12 + 100 + 22));
+    EXPECT_EQ(pictures["imsakiye-week-dark"].size(), QSize(1520, 800));
+    EXPECT_EQ(pictures["imsakiye-month-light"].size(), QSize(1520, 1400));
+    EXPECT_EQ(pictures["imsakiye-ramadan-dark"].size(), QSize(1520, 2260));
+    for (const QString name : {"settings", "settings-notifications", "settings-kerahat", "settings-sound"})
+        EXPECT_EQ(pictures[name + "-light"].width(), 1120) << name.toStdString();
+    // The sound picture shows the file row and the quiet hours, so it is the taller one.
+    EXPECT_GT(pictures["settings-sound-light"].height(), pictures["settings-notifications-light"].height());
     // The user's own settings file was neither read nor written.
     EXPECT_FALSE(QFile::exists(home.filePath("XDG_CONFIG_HOME/Orvel/Orvel.conf")));
 }

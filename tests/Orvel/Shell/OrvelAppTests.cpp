@@ -43,7 +43,7 @@ TEST(OrvelApp, StatusItemMenuAndPanel)
     emit item.activated(QPoint());
     ASSERT_TRUE(QTest::qWaitForWindowActive(&app.panel()));
     QTest::keyClick(&app.panel(), Qt::Key_Comma, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([] { return visibleWindowsTitled("Ayarlar") == 1; }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([] { return visibleWindowsTitled("Orvel Ayarları") == 1; }, 2000));
 
     const QList<QAction *> actions = item.menu->actions();
     QStringList texts;
@@ -54,7 +54,7 @@ TEST(OrvelApp, StatusItemMenuAndPanel)
     actions[0]->trigger();
     actions[1]->trigger();
     EXPECT_EQ(visibleWindowsTitled("İmsakiye"), 1);
-    EXPECT_EQ(visibleWindowsTitled("Ayarlar"), 1);
+    EXPECT_EQ(visibleWindowsTitled("Orvel Ayarları"), 1);
 }
 
 TEST(OrvelApp, WithoutATrayThePanelIsAWindow)

@@ -159,7 +159,7 @@ TEST(Symbols, EveryUsedNameDrawsCrisplyInsideItsBox)
                              "mappin.and.ellipse", "calendar", "arrow.clockwise", "wifi.slash", "gearshape", "power", "bell",
                              "bell.slash", "bell.badge", "hourglass", "speaker.fill", "speaker.wave.2.fill", "speaker.wave.3.fill",
                              "chevron.left", "chevron.right", "location", "slider.horizontal.3", "info.circle", "clock",
-                             "exclamationmark.triangle.fill", "magnifyingglass", "checkmark", "xmark"}) {
+                             "exclamationmark.triangle.fill", "magnifyingglass", "checkmark", "xmark", "printer"}) {
         const QString symbol = QString::fromLatin1(name);
         ASSERT_TRUE(Symbols::has(symbol)) << name;
         for (const qreal ratio : {1.0, 2.0}) {

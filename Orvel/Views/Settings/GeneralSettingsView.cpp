@@ -1,0 +1,368 @@
+#include "GeneralSettingsView.h"
+
+#include "AppModel.h"
+#include "LocationService.h"
+#include "LoginItem.h"
+#include "SettingsForm.h"
+#include "Spinner.h"
+#include "Symbols.h"
+#include "ViewStyle.h"
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace orvel {
+
+using namespace SettingsForm;
+
+namespace {
+
+QString fromStd(std::string_view text)
+{
+    return ViewStyle::text(text);
+}
+
+QIcon symbolIcon(const QString &name)
+{
+    return QIcon(QPixmap::fromImage(Symbols::image(name, 12, ViewStyle::primary(Colors::current()), 2.0)));
+}
+
+// One found place: the pin, its name, and its position on the right.
+class ResultRow : public QAbstractButton {
+public:
+    explicit ResultRow(const Location &place)
+        : name_(QString::fromStdString(place.name))
+        , position_(QString::asprintf("%.2f, %.2f", place.latitude, place.longitude))
+    {
+        setAccessibleName(name_);
+        setCursor(Qt::PointingHandCursor);
+        setFocusPolicy(Qt::StrongFocus);
+    }
+    QSize sizeHint() const override { return {200, 26}; }
+
+protected:
+    void enterEvent(QEnterEvent *) override { update(); }
+    void leaveEvent(QEvent *) override { update(); }
+    void paintEvent(QPaintEvent *) override
+    {
+        const Appearance appearance = Colors::current();
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (underMouse() || hasFocus()) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(ViewStyle::faded(ViewStyle::accent(appearance), isDown() ? 0.2 : 0.1));
+            painter.drawRoundedRect(QRectF(rect()), 5, 5);
+        }
+        const QImage pin = Symbols::image(QStringLiteral("mappin.and.ellipse"), 12, ViewStyle::accent(appearance),
+                                          devicePixelRatioF());
+        const QSizeF pinSize = Symbols::size(QStringLiteral("mappin.and.ellipse"), 12);
+        painter.drawImage(QPointF(6, (height() - pinSize.height()) / 2), pin);
+        const QFont font = ViewStyle::font(13);
+        painter.setFont(font);
+        const QFontMetrics metrics(font);
+        const int positionWidth = metrics.horizontalAdvance(position_);
+        const QRect positionRect(width() - 6 - positionWidth, 0, positionWidth, height());
+        painter.setPen(ViewStyle::secondary(appearance));
+        painter.drawText(positionRect, Qt::AlignVCenter | Qt::AlignRight, position_);
+        const int nameLeft = 6 + qCeil(pinSize.width()) + 6;
+        const QRect nameRect(nameLeft, 0, positionRect.left() - 12 - nameLeft, height());
+        painter.setPen(ViewStyle::primary(appearance));
+        painter.drawText(nameRect, Qt::AlignVCenter | Qt::AlignLeft, metrics.elidedText(name_, Qt::ElideRight, nameRect.width()));
+    }
+
+private:
+    QString name_;
+    QString position_;
+};
+
+// The status item as the panel would show it, on a faint rounded plate.
+class PreviewPlate : public QLabel {
+public:
+    PreviewPlate() { setContentsMargins(8, 2, 8, 2); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ViewStyle::faded(ViewStyle::primary(Colors::current()), 0.08));
+        painter.drawRoundedRect(QRectF(rect()), 6, 6);
+        painter.end();
+        QLabel::paintEvent(event);
+    }
+};
+
+} // namespace
+
+GeneralSettingsView::GeneralSettingsView(AppModel &model, LocationService &locator, QWidget *parent)
+    : QWidget(parent)
+    , model_(model)
+    , locator_(locator)
+{
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(20, 16, 20, 20);
+    column->setSpacing(18);
+    column->addWidget(makePlaceSection());
+    column->addWidget(makeMenuBarSection());
+    column->addWidget(makeRamadanSection());
+    column->addWidget(makeLoginSection());
+    column->addStretch(1);
+
+    connect(&model_, &AppModel::changed, this, &GeneralSettingsView::refresh);
+    refresh();
+    refreshLogin();
+}
+
+QWidget *GeneralSettingsView::makePlaceSection()
+{
+    auto *section = new Section(QStringLiteral("Konum ve hesaplama"));
+
+    place_ = label(QString(), Tone::secondary);
+    place_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    useCurrent_ = new QPushButton(QStringLiteral("Konumumu kullan"));
+    connect(useCurrent_, &QPushButton::clicked, this, &GeneralSettingsView::useCurrentLocation);
+    section->addRow(rowOf({label(QStringLiteral("Konum")), nullptr, place_, useCurrent_}, 10));
+
+    query_ = new QLineEdit;
+    query_->setAccessibleName(QStringLiteral("Konum ara"));
+    query_->setPlaceholderText(QStringLiteral("İl veya ilçe ara (ör. Üsküdar)"));
+    query_->setClearButtonEnabled(true);
+    spinner_ = new Spinner;
+    spinner_->setFixedSize(Spinner::diameter, Spinner::diameter);
+    spinner_->hide();
+    searchButton_ = new QPushButton(QStringLiteral("Ara"));
+    connect(query_, &QLineEdit::returnPressed, this, &GeneralSettingsView::search);
+    connect(query_, &QLineEdit::textChanged, this,
+            [this](const QString &text) { searchButton_->setEnabled(!text.trimmed().isEmpty()); });
+    connect(searchButton_, &QPushButton::clicked, this, &GeneralSettingsView::search);
+    searchButton_->setEnabled(false);
+    section->addRow(rowOf({query_, spinner_, searchButton_}, 8));
+
+    resultsRow_ = new QWidget;
+    resultRows_ = new QVBoxLayout(resultsRow_);
+    resultRows_->setContentsMargins(0, 0, 0, 0);
+    resultRows_->setSpacing(2);
+    section->addRow(resultsRow_)->hide();
+
+    message_ = caption(QString());
+    section->addRow(message_)->hide();
+
+    method_ = new QComboBox;
+    method_->setAccessibleName(QStringLiteral("Hesaplama yöntemi"));
+    for (const CalculationMethod::Value method : CalculationMethod::allCases)
+        method_->addItem(fromStd(CalculationMethod(method).name()));
+    connect(method_, &QComboBox::activated, this,
+            [this](int index) { model_.setMethod(CalculationMethod::allCases.at(static_cast<size_t>(index))); });
+    section->addRow(row(QStringLiteral("Hesaplama yöntemi"), method_, QStringLiteral("Türkiye için Diyanet önerilir")));
+    return section;
+}
+
+QWidget *GeneralSettingsView::makeMenuBarSection()
+{
+    auto *section = new Section(QStringLiteral("Menü çubuğu"));
+    QStringList titles;
+    for (const MenuBarStyle::Value style : MenuBarStyle::allCases)
+        titles << fromStd(MenuBarStyle(style).label());
+    style_ = new Segments(titles, QStringLiteral("Gösterim"));
+    connect(style_, &Segments::chosen, this,
+            [this](int index) { model_.setMenuBarStyle(MenuBarStyle::allCases.at(static_cast<size_t>(index))); });
+    section->addRow(row(QStringLiteral("Gösterim"), style_));
+
+    preview_ = new PreviewPlate;
+    preview_->setAccessibleName(QStringLiteral("Önizleme"));
+    section->addRow(row(QStringLiteral("Önizleme"), preview_));
+    return section;
+}
+
+QWidget *GeneralSettingsView::makeRamadanSection()
+{
+    auto *section = new Section(QStringLiteral("Ramazan"));
+    ramadan_ = new Switch(QStringLiteral("Ramazan modu"));
+    connect(ramadan_, &Switch::toggled, &model_, &AppModel::setRamadanMode);
+    section->addRow(row(QStringLiteral("Ramazan modu"), ramadan_,
+                        QStringLiteral("Ramazan'da İmsak “Sahur”, Akşam “İftar” olarak gösterilir")));
+    return section;
+}
+
+QWidget *GeneralSettingsView::makeLoginSection()
+{
+    auto *section = new Section;
+    login_ = new Switch(QStringLiteral("Oturum açıldığında başlat"));
+    connect(login_, &Switch::clicked, this, &GeneralSettingsView::setLaunchAtLogin);
+    section->addRow(row(QStringLiteral("Oturum açıldığında başlat"), login_));
+    loginError_ = caption(QString());
+    section->addRow(loginError_)->hide();
+    return section;
+}
+
+void GeneralSettingsView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // Another program may have changed the autostart folder meanwhile.
+    refreshLogin();
+}
+
+void GeneralSettingsView::refresh()
+{
+    useCurrent_->setIcon(symbolIcon(QStringLiteral("location")));
+    place_->setText(QString::fromStdString(model_.location().name));
+    {
+        const QSignalBlocker blocker(method_);
+        const auto method = std::find(CalculationMethod::allCases.begin(), CalculationMethod::allCases.end(),
+                                      CalculationMethod::Value(model_.method()));
+        method_->setCurrentIndex(static_cast<int>(method - CalculationMethod::allCases.begin()));
+    }
+    const auto style = std::find(MenuBarStyle::allCases.begin(), MenuBarStyle::allCases.end(),
+                                 MenuBarStyle::Value(model_.menuBarStyle()));
+    style_->setCurrent(static_cast<int>(style - MenuBarStyle::allCases.begin()));
+    {
+        const QSignalBlocker blocker(ramadan_);
+        ramadan_->setChecked(model_.ramadanMode());
+    }
+    refreshPreview();
+}
+
+void GeneralSettingsView::refreshPreview()
+{
+    // Drawn for at least a 2x screen, so that renders and HiDPI panels are crisp alike.
+    const qreal ratio = std::max<qreal>(devicePixelRatioF(), 2.0);
+    const StatusImage::Image image = model_.menuBarImage(model_.menuBarStyle(), false, ratio);
+    const StatusImage::Image shown = image.isTemplate ? image.tinted(ViewStyle::primary(Colors::current())) : image;
+    preview_->setPixmap(QPixmap::fromImage(shown.image));
+}
+
+void GeneralSettingsView::refreshLogin()
+{
+    const QSignalBlocker blocker(login_);
+    login_->setChecked(LoginItem::isEnabled());
+}
+
+void GeneralSettingsView::search()
+{
+    const QString query = query_->text().trimmed();
+    if (query.isEmpty())
+        return;
+    setSearching(true);
+    setLocationMessage(std::nullopt);
+    const int request = ++request_;
+    locator_.search(query)
+        .then(this,
+              [this, request](const PlaceSearch &found) {
+                  if (request != request_)
+                      return;
+                  setResults(found.places);
+                  if (found.places.empty())
+                      setLocationMessage(QString::fromUtf8(noResults));
+                  else if (found.offline)
+                      setLocationMessage(QString::fromUtf8(offlineResults));
+                  setSearching(false);
+              })
+        .onFailed(this, [this, request] {
+            if (request != request_)
+                return;
+            setResults({});
+            setLocationMessage(QString::fromUtf8(searchFailed));
+            setSearching(false);
+        });
+}
+
+void GeneralSettingsView::useCurrentLocation()
+{
+    setSearching(true);
+    setLocationMessage(std::nullopt);
+    const int request = ++request_;
+    locator_.currentLocation()
+        .then(this,
+              [this, request](const Location &here) {
+                  if (request != request_)
+                      return;
+                  model_.setLocation(here);
+                  setResults({});
+                  setSearching(false);
+              })
+        .onFailed(this,
+                  [this, request](const LocationFailure &failure) {
+                      if (request != request_)
+                          return;
+                      setLocationMessage(QString::fromUtf8(failure.error == LocationError::denied ? locationDenied
+                                                                                                  : locationUnavailable));
+                      setSearching(false);
+                  })
+        .onFailed(this, [this, request] {
+            if (request != request_)
+                return;
+            setLocationMessage(QString::fromUtf8(locationUnavailable));
+            setSearching(false);
+        });
+}
+
+void GeneralSettingsView::setLaunchAtLogin(bool on)
+{
+    const std::optional<QString> error = LoginItem::set(on);
+    if (error)
+        loginError_->setText(QStringLiteral("Ayarlanamadı: ") + *error + QString::fromUtf8(loginFailedAdvice));
+    loginError_->setVisible(error.has_value());
+    refreshLogin();
+}
+
+std::optional<QString> GeneralSettingsView::locationMessage() const
+{
+    return !message_->isHidden() ? std::optional(message_->text()) : std::nullopt;
+}
+
+std::optional<QString> GeneralSettingsView::loginError() const
+{
+    return !loginError_->isHidden() ? std::optional(loginError_->text()) : std::nullopt;
+}
+
+QList<QAbstractButton *> GeneralSettingsView::resultButtons() const
+{
+    return resultsRow_->findChildren<QAbstractButton *>(Qt::FindDirectChildrenOnly);
+}
+
+void GeneralSettingsView::setSearching(bool searching)
+{
+    isSearching_ = searching;
+    spinner_->setVisible(searching);
+    useCurrent_->setEnabled(!searching);
+}
+
+void GeneralSettingsView::setLocationMessage(const std::optional<QString> &message)
+{
+    message_->setText(message.value_or(QString()));
+    message_->setVisible(message.has_value());
+}
+
+void GeneralSettingsView::setResults(std::vector<Location> results)
+{
+    // A row may be the one whose click is being delivered: it leaves the list now, and goes later.
+    for (QAbstractButton *button : resultButtons()) {
+        resultRows_->removeWidget(button);
+        button->hide();
+        button->setParent(nullptr);
+        button->deleteLater();
+    }
+    results_ = std::move(results);
+    for (const Location &place : results_) {
+        auto *button = new ResultRow(place);
+        connect(button, &QAbstractButton::clicked, this, [this, place] { choose(place); });
+        resultRows_->addWidget(button);
+    }
+    resultsRow_->setVisible(!results_.empty());
+}
+
+void GeneralSettingsView::choose(const Location &place)
+{
+    model_.setLocation(place);
+    setResults({});
+    query_->clear();
+    setLocationMessage(std::nullopt);
+}
+
+} // namespace orvel

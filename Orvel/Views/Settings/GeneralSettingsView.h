@@ -1,0 +1,107 @@
+#pragma once
+
+// Qt first: moc cannot read the standard headers that Location.h brings in ahead of Qt's.
+#include <QWidget>
+
+#include "Location.h"
+
+#include <optional>
+#include <vector>
+
+class QAbstractButton;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QVBoxLayout;
+
+namespace orvel {
+
+class AppModel;
+class LocationService;
+class Spinner;
+
+namespace SettingsForm {
+class Segments;
+class Switch;
+} // namespace SettingsForm
+
+// The "Genel" tab: the place (the device's position or a search), the calculation method, the
+// status item's style with a live preview, Ramadan mode and starting at login.
+class GeneralSettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr auto noResults = "Sonuç bulunamadı.";
+    static constexpr auto searchFailed = "Arama yapılamadı. İnternet bağlantınızı kontrol edin.";
+    static constexpr auto offlineResults = "Arama servisine ulaşılamadı; bu liste cihazdaki yer listesinden.";
+    static constexpr auto locationDenied = "Konum izni verilmedi. Masaüstünüzün gizlilik ayarlarında konum "
+                                           "servislerine izin verebilir ya da konumu arayabilirsiniz.";
+    static constexpr auto locationUnavailable = "Konum alınamadı. Konumu arayarak seçebilirsiniz.";
+    static constexpr auto loginFailedAdvice = " Otomatik başlatma klasörünüzün (~/.config/autostart) yazılabilir "
+                                              "olduğundan emin olup tekrar deneyin.";
+
+    GeneralSettingsView(AppModel &model, LocationService &locator, QWidget *parent = nullptr);
+
+    void search();
+    void useCurrentLocation();
+    void setLaunchAtLogin(bool on);
+
+    const std::vector<Location> &results() const { return results_; }
+    bool isSearching() const { return isSearching_; }
+    std::optional<QString> locationMessage() const;
+    std::optional<QString> loginError() const;
+
+    QLabel *placeLabel() const { return place_; }
+    QPushButton *currentLocationButton() const { return useCurrent_; }
+    QLineEdit *queryField() const { return query_; }
+    QPushButton *searchButton() const { return searchButton_; }
+    Spinner *spinner() const { return spinner_; }
+    QList<QAbstractButton *> resultButtons() const;
+    QComboBox *methodPicker() const { return method_; }
+    SettingsForm::Segments *styleSegments() const { return style_; }
+    QLabel *preview() const { return preview_; }
+    SettingsForm::Switch *ramadanSwitch() const { return ramadan_; }
+    SettingsForm::Switch *loginSwitch() const { return login_; }
+
+    // Brings every control up to date with the model.
+    void refresh();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QWidget *makePlaceSection();
+    QWidget *makeMenuBarSection();
+    QWidget *makeRamadanSection();
+    QWidget *makeLoginSection();
+    void setSearching(bool searching);
+    void setLocationMessage(const std::optional<QString> &message);
+    void setResults(std::vector<Location> results);
+    void choose(const Location &place);
+    void refreshLogin();
+    void refreshPreview();
+
+    AppModel &model_;
+    LocationService &locator_;
+    std::vector<Location> results_;
+    bool isSearching_ = false;
+    int request_ = 0; // the newest search or position request; older answers are dropped
+
+    QLabel *place_ = nullptr;
+    QPushButton *useCurrent_ = nullptr;
+    QLineEdit *query_ = nullptr;
+    Spinner *spinner_ = nullptr;
+    QPushButton *searchButton_ = nullptr;
+    QVBoxLayout *resultRows_ = nullptr;
+    QWidget *resultsRow_ = nullptr;
+    QLabel *message_ = nullptr;
+    QComboBox *method_ = nullptr;
+    SettingsForm::Segments *style_ = nullptr;
+    QLabel *preview_ = nullptr;
+    SettingsForm::Switch *ramadan_ = nullptr;
+    SettingsForm::Switch *login_ = nullptr;
+    QLabel *loginError_ = nullptr;
+};
+
+} // namespace orvel

@@ -1,0 +1,74 @@
+#include "KerahatSettingsView.h"
+
+#include "AppModel.h"
+#include "Kerahat.h"
+#include "SettingsForm.h"
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QSignalBlocker>
+
+namespace orvel {
+
+using namespace SettingsForm;
+
+namespace {
+
+constexpr int istivaMinutes = 10;
+
+} // namespace
+
+KerahatSettingsView::KerahatSettingsView(AppModel &model, QWidget *parent)
+    : QWidget(parent)
+    , model_(model)
+{
+    auto *section = new Section(QStringLiteral("Kerahat vakitleri"),
+                                QStringLiteral("Süreler Diyanet İşleri Başkanlığı'nın fetvasına göredir: güneş doğduktan sonra "
+                                               "ve batmadan önce 40–50 dakika, öğleden önce yaklaşık 10 dakika."));
+    show_ = new Switch(QStringLiteral("Panelde göster"));
+    dot_ = new Switch(QStringLiteral("Menü çubuğunda işaret"));
+    notify_ = new Switch(QStringLiteral("Başlarken bildir"));
+    minutes_ = new QComboBox;
+    minutes_->setAccessibleName(QStringLiteral("Güneş doğuşu ve batışı"));
+    for (const int minutes : Kerahat::sunMinuteOptions)
+        minutes_->addItem(QStringLiteral("%1 dakika").arg(minutes), minutes);
+
+    section->addRow(row(QStringLiteral("Panelde göster"), show_, QStringLiteral("Listede satır, günün çubuğunda turuncu bölge")));
+    dependent_[0] = section->addRow(
+        row(QStringLiteral("Menü çubuğunda işaret"), dot_, QStringLiteral("Kerahat sırasında küçük turuncu nokta")));
+    dependent_[1] = section->addRow(row(QStringLiteral("Başlarken bildir"), notify_, QStringLiteral("Sessiz bildirim")));
+    dependent_[2] = section->addRow(row(QStringLiteral("Güneş doğuşu ve batışı"), minutes_,
+                                        QStringLiteral("İstiva: Öğle'den önceki %1 dakika").arg(istivaMinutes)));
+
+    connect(show_, &Switch::toggled, &model_, &AppModel::setShowKerahat);
+    connect(dot_, &Switch::toggled, &model_, &AppModel::setKerahatMenuDot);
+    connect(notify_, &Switch::toggled, &model_, &AppModel::setKerahatNotify);
+    connect(minutes_, &QComboBox::activated, this, [this](int index) { model_.setKerahatMinutes(minutes_->itemData(index).toInt()); });
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(20, 16, 20, 20);
+    column->addWidget(section);
+    column->addStretch(1);
+
+    connect(&model_, &AppModel::changed, this, &KerahatSettingsView::refresh);
+    refresh();
+}
+
+void KerahatSettingsView::refresh()
+{
+    const std::pair<Switch *, bool> switches[] = {
+        {show_, model_.showKerahat()}, {dot_, model_.kerahatMenuDot()}, {notify_, model_.kerahatNotify()}};
+    for (const auto &[control, on] : switches) {
+        const QSignalBlocker blocker(control);
+        control->setChecked(on);
+    }
+    {
+        const QSignalBlocker blocker(minutes_);
+        minutes_->setCurrentIndex(std::max(minutes_->findData(static_cast<int>(model_.kerahatMinutes())), 0));
+    }
+    // Off, the other three keep their values but cannot be changed.
+    for (QWidget *row : dependent_)
+        row->setEnabled(model_.showKerahat());
+}
+
+} // namespace orvel

@@ -1,0 +1,291 @@
+#include "NotificationSettingsView.h"
+
+#include "AdhanPlayer.h"
+#include "AppModel.h"
+#include "FileChooser.h"
+#include "NotificationScheduler.h"
+#include "SettingsForm.h"
+#include "SoundLibrary.h"
+#include "ViewStyle.h"
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QTimeEdit>
+#include <QtConcurrent/QtConcurrentRun>
+
+namespace orvel {
+
+using namespace SettingsForm;
+
+namespace {
+
+constexpr int sliderSteps = 100;
+
+QString fromStd(std::string_view text)
+{
+    return ViewStyle::text(text);
+}
+
+QTime clockTime(int64_t minutes)
+{
+    return QTime(static_cast<int>(minutes / 60) % 24, static_cast<int>(minutes % 60));
+}
+
+QTimeEdit *timeEditor(const QString &accessibleName)
+{
+    auto *editor = new QTimeEdit;
+    editor->setAccessibleName(accessibleName);
+    editor->setDisplayFormat(QStringLiteral("HH:mm"));
+    editor->setWrapping(true);
+    return editor;
+}
+
+// Whether the chosen sound has a file to play now.
+bool hasSoundFile(AdhanSound sound)
+{
+    if (sound == AdhanSound::chime)
+        return SoundLibrary::chimePath().has_value();
+    if (sound == AdhanSound::custom)
+        return SoundLibrary::customPath().has_value();
+    return false;
+}
+
+} // namespace
+
+NotificationSettingsView::NotificationSettingsView(AppModel &model, Permission permission, QWidget *parent)
+    : QWidget(parent)
+    , model_(model)
+    , permission_(std::move(permission))
+{
+    if (!permission_.isDenied) {
+        // Made here, on the UI thread, before a worker asks it.
+        const NotificationScheduler *scheduler = &NotificationScheduler::shared();
+        permission_.isDenied = [scheduler] { return scheduler->isDenied(); };
+    }
+    if (!permission_.openSettings)
+        permission_.openSettings = &NotificationScheduler::openSystemSettings;
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(20, 16, 20, 20);
+    column->setSpacing(18);
+    column->addWidget(makeNotificationSection());
+    column->addWidget(makeSoundSection());
+    column->addStretch(1);
+
+    connect(&model_, &AppModel::changed, this, &NotificationSettingsView::refresh);
+    connect(&model_.player(), &AdhanPlayer::isPlayingChanged, this, &NotificationSettingsView::refresh);
+    refresh();
+}
+
+QWidget *NotificationSettingsView::makeNotificationSection()
+{
+    auto *section = new Section(QStringLiteral("Bildirimler"));
+
+    auto *prayers = new QWidget;
+    auto *lines = new QVBoxLayout(prayers);
+    lines->setContentsMargins(0, 2, 0, 2);
+    lines->setSpacing(8);
+    lines->addWidget(label(QStringLiteral("Bildirim gönderilecek vakitler")));
+    auto *chipRow = new QHBoxLayout;
+    chipRow->setSpacing(6);
+    for (const Prayer::Value prayer : Prayer::allCases) {
+        auto *chip = new Chip(fromStd(Prayer(prayer).name()));
+        connect(chip, &Chip::clicked, this, [this, prayer] { model_.toggleNotification(prayer); });
+        chips_[prayer] = chip;
+        chipRow->addWidget(chip);
+    }
+    chipRow->addStretch(1);
+    lines->addLayout(chipRow);
+    section->addRow(prayers);
+
+    reminder_ = new QComboBox;
+    reminder_->setAccessibleName(QStringLiteral("Önceden hatırlat"));
+    reminder_->addItem(QStringLiteral("Kapalı"), 0);
+    for (const int minutes : reminderOptions)
+        reminder_->addItem(QStringLiteral("%1 dakika önce").arg(minutes), minutes);
+    connect(reminder_, &QComboBox::activated, this,
+            [this](int index) { model_.setReminderMinutes(reminder_->itemData(index).toInt()); });
+    section->addRow(row(QStringLiteral("Önceden hatırlat"), reminder_));
+
+    QLabel *warning = symbol(QStringLiteral("exclamationmark.triangle.fill"), Tone::primary, 13);
+    setSymbolColor(warning, Colors::systemOrange());
+    auto *open = new QPushButton(QStringLiteral("Bildirim ayarlarını aç"));
+    connect(open, &QPushButton::clicked, this, [this] { permission_.openSettings(); });
+    deniedRow_ = section->addRow(rowOf({warning, label(QStringLiteral("Bildirim izni kapalı")), nullptr, open}, 8));
+    deniedRow_->hide();
+    return section;
+}
+
+QWidget *NotificationSettingsView::makeSoundSection()
+{
+    auto *section = new Section(QStringLiteral("Ezan sesi"),
+                                QStringLiteral("Ses yalnızca zili açık olan vakitlerde çalar; Güneş için çalmaz. Uygulamada "
+                                               "ezan kaydı bulunmaz — dilediğiniz kaydı “Kendi ses dosyam” ile seçebilirsiniz."));
+
+    sound_ = new QComboBox;
+    sound_->setAccessibleName(QStringLiteral("Orvel girince"));
+    for (const AdhanSound::Value sound : AdhanSound::allCases)
+        sound_->addItem(fromStd(AdhanSound(sound).label()));
+    connect(sound_, &QComboBox::activated, this,
+            [this](int index) { model_.setAdhanSound(AdhanSound::allCases.at(static_cast<size_t>(index))); });
+    auto *soundRow = new QWidget;
+    auto *soundLine = new QHBoxLayout(soundRow);
+    soundLine->setContentsMargins(0, 0, 0, 0);
+    auto *titles = new QVBoxLayout;
+    titles->setSpacing(2);
+    titles->addWidget(label(QStringLiteral("Orvel girince")));
+    description_ = caption(QString());
+    titles->addWidget(description_);
+    soundLine->addLayout(titles, 1);
+    soundLine->addWidget(sound_, 0, Qt::AlignVCenter);
+    section->addRow(soundRow);
+
+    fileName_ = label(QString(), Tone::secondary);
+    fileName_->setMinimumWidth(120);
+    fileName_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    fileName_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    chooseFile_ = new QPushButton(QStringLiteral("Dosya seç…"));
+    connect(chooseFile_, &QPushButton::clicked, this, &NotificationSettingsView::chooseFile);
+    fileRow_ = new QWidget;
+    auto *fileLines = new QVBoxLayout(fileRow_);
+    fileLines->setContentsMargins(0, 0, 0, 0);
+    fileLines->setSpacing(4);
+    auto *fileLine = new QHBoxLayout;
+    fileLine->setSpacing(10);
+    fileLine->addWidget(label(QStringLiteral("Ses dosyası")));
+    fileLine->addWidget(fileName_, 1);
+    fileLine->addWidget(chooseFile_);
+    fileLines->addLayout(fileLine);
+    importError_ = caption(QString());
+    importError_->hide();
+    fileLines->addWidget(importError_);
+    section->addRow(fileRow_);
+
+    volume_ = new QSlider(Qt::Horizontal);
+    volume_->setAccessibleName(QStringLiteral("Ses düzeyi"));
+    volume_->setRange(0, sliderSteps);
+    volume_->setFixedWidth(180);
+    connect(volume_, &QSlider::valueChanged, this,
+            [this](int value) { model_.setSoundVolume(static_cast<double>(value) / sliderSteps); });
+    listen_ = new QPushButton;
+    connect(listen_, &QPushButton::clicked, this, [this] {
+        if (model_.player().isPlaying())
+            model_.player().stop();
+        else
+            model_.previewSound();
+    });
+    auto *controls = rowOf({symbol(QStringLiteral("speaker.fill"), Tone::secondary, 12), volume_,
+                            symbol(QStringLiteral("speaker.wave.3.fill"), Tone::secondary, 12), listen_},
+                           6);
+    volumeRow_ = section->addRow(row(QStringLiteral("Ses düzeyi"), controls));
+
+    quiet_ = new Switch(QStringLiteral("Sessiz saatler"));
+    connect(quiet_, &Switch::toggled, this, [this](bool on) {
+        QuietHours hours = model_.quietHours();
+        hours.enabled = on;
+        model_.setQuietHours(hours);
+    });
+    section->addRow(row(QStringLiteral("Sessiz saatler"), quiet_, QStringLiteral("Bu aralıkta ses çalınmaz, bildirimler sessiz gelir")));
+
+    quietStart_ = timeEditor(QStringLiteral("Başlangıç"));
+    quietEnd_ = timeEditor(QStringLiteral("Bitiş"));
+    connect(quietStart_, &QTimeEdit::timeChanged, this, [this](const QTime &time) { setQuietMinutes(true, time); });
+    connect(quietEnd_, &QTimeEdit::timeChanged, this, [this](const QTime &time) { setQuietMinutes(false, time); });
+    quietRows_ = section->addRow(rowOf({label(QStringLiteral("Başlangıç")), quietStart_, nullptr,
+                                        label(QStringLiteral("Bitiş")), quietEnd_},
+                                       10));
+    return section;
+}
+
+void NotificationSettingsView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    checkPermission();
+}
+
+void NotificationSettingsView::checkPermission()
+{
+    // The bus daemon answers quickly, but never on the UI thread.
+    QtConcurrent::run(permission_.isDenied).then(this, [this](bool denied) { deniedRow_->setVisible(denied); });
+}
+
+void NotificationSettingsView::refresh()
+{
+    for (const auto &[prayer, chip] : chips_)
+        chip->setOn(model_.notifiedPrayers().contains(prayer));
+    {
+        const QSignalBlocker blocker(reminder_);
+        const int index = reminder_->findData(static_cast<int>(model_.reminderMinutes()));
+        reminder_->setCurrentIndex(std::max(index, 0));
+    }
+    const AdhanSound sound = model_.adhanSound();
+    {
+        const QSignalBlocker blocker(sound_);
+        sound_->setCurrentIndex(static_cast<int>(sound));
+    }
+    description_->setText(fromStd(sound.description()));
+
+    fileRow_->setVisible(sound == AdhanSound::custom);
+    const QString name = model_.customSoundName().value_or(QStringLiteral("Seçilmedi"));
+    fileName_->setText(fileName_->fontMetrics().elidedText(name, Qt::ElideMiddle, std::max(fileName_->width(), 120)));
+    fileName_->setToolTip(name);
+
+    volumeRow_->setVisible(sound.isPlayedByApp());
+    {
+        const QSignalBlocker blocker(volume_);
+        volume_->setValue(static_cast<int>(std::lround(model_.soundVolume() * sliderSteps)));
+    }
+    const bool playing = model_.player().isPlaying();
+    listen_->setText(playing ? QStringLiteral("Durdur") : QStringLiteral("Dinle"));
+    listen_->setEnabled(playing || (sound.isPlayedByApp() && hasSoundFile(sound)));
+
+    const QuietHours &hours = model_.quietHours();
+    {
+        const QSignalBlocker blocker(quiet_);
+        quiet_->setChecked(hours.enabled);
+    }
+    quietRows_->setVisible(hours.enabled);
+    for (QTimeEdit *editor : {quietStart_, quietEnd_}) {
+        const QSignalBlocker blocker(editor);
+        editor->setTime(clockTime(editor == quietStart_ ? hours.start : hours.end));
+    }
+}
+
+void NotificationSettingsView::setQuietMinutes(bool start, const QTime &time)
+{
+    QuietHours hours = model_.quietHours();
+    (start ? hours.start : hours.end) = time.hour() * 60 + time.minute();
+    model_.setQuietHours(hours);
+}
+
+void NotificationSettingsView::chooseFile()
+{
+    const std::optional<QString> path = FileChooser::audioFile(window());
+    if (!path)
+        return;
+    const SoundLibrary::ImportResult imported = SoundLibrary::importCustom(*path);
+    if (!imported.ok()) {
+        setImportError(QString::fromUtf8(importFailed));
+        return;
+    }
+    setImportError(std::nullopt);
+    model_.setCustomSoundName(imported.displayName);
+    model_.setAdhanSound(AdhanSound::custom);
+}
+
+void NotificationSettingsView::setImportError(const std::optional<QString> &error)
+{
+    importError_->setText(error.value_or(QString()));
+    importError_->setVisible(error.has_value());
+}
+
+std::optional<QString> NotificationSettingsView::importError() const
+{
+    return !importError_->isHidden() ? std::optional(importError_->text()) : std::nullopt;
+}
+
+} // namespace orvel

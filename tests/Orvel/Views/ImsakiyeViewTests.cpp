@@ -1,0 +1,343 @@
+#include "AppModel.h"
+#include "Defaults.h"
+#include "ImsakiyeHeader.h"
+#include "ImsakiyeModePicker.h"
+#include "ImsakiyeRow.h"
+#include "ImsakiyeView.h"
+#include "PrayerCalculator.h"
+#include "PrayerRepository.h"
+#include "Spinner.h"
+#include "SymbolButton.h"
+#include "TightLabel.h"
+#include "ViewsTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QPrinter>
+#include <QProcess>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+#include <condition_variable>
+#include <mutex>
+#include <set>
+
+using namespace orvel;
+using namespace orvel::test;
+
+namespace {
+
+constexpr int loadWaitMs = 10000;
+
+// The dates of the rows on screen.
+QStringList dates(const ImsakiyeView &view)
+{
+    QStringList dates;
+    for (const ImsakiyeRow *row : view.rows())
+        dates << QString::fromStdString(row->content().row.day.description());
+    return dates;
+}
+
+QString pdfText(const QString &path)
+{
+    QProcess pdftotext;
+    pdftotext.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
+    if (!pdftotext.waitForFinished(30000) || pdftotext.exitCode() != 0)
+        return {};
+    return QString::fromUtf8(pdftotext.readAllStandardOutput());
+}
+
+QString pdfInfo(const QString &path)
+{
+    QProcess pdfinfo;
+    pdfinfo.start(QStringLiteral("pdfinfo"), {path});
+    pdfinfo.waitForFinished(30000);
+    return QString::fromUtf8(pdfinfo.readAllStandardOutput());
+}
+
+// A model on its own settings and cache, whose "web service" computes months, and holds back the
+// months a test blocks until it lets them go.
+class ImsakiyeViewTest : public ::testing::Test {
+protected:
+    ImsakiyeViewTest() { Defaults::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat)); }
+    ~ImsakiyeViewTest() override
+    {
+        release();
+        QThreadPool::globalInstance()->waitForDone(loadWaitMs);
+        QCoreApplication::sendPostedEvents();
+        Defaults::setStore(nullptr);
+        Colors::forceAppearance(std::nullopt);
+    }
+
+    std::unique_ptr<AppModel> model(int hour = 12, int minute = 30)
+    {
+        return std::make_unique<AppModel>(at(2026, 3, 10, hour, minute), false,
+                                          AppModel::Services{nullptr, repository, nullptr, nullptr});
+    }
+    std::unique_ptr<AppModel> loadedModel()
+    {
+        std::unique_ptr<AppModel> loaded = model();
+        QSignalSpy finished(loaded.get(), &AppModel::loadFinished);
+        loaded->setLocation({"İstanbul, Üsküdar", 41.0255, 29.0153, "Europe/Istanbul"});
+        EXPECT_TRUE(finished.wait(loadWaitMs));
+        return loaded;
+    }
+    static bool waitForDays(ImsakiyeView &view)
+    {
+        if (!view.isLoading())
+            return true;
+        QSignalSpy changed(&view, &ImsakiyeView::daysChanged);
+        return changed.wait(loadWaitMs);
+    }
+
+    void block(MonthKey month)
+    {
+        const std::lock_guard lock(mutex);
+        blocked.insert(month);
+    }
+    void release()
+    {
+        {
+            const std::lock_guard lock(mutex);
+            blocked.clear();
+        }
+        releasedMonths.notify_all();
+    }
+
+    QTemporaryDir folder;
+    std::mutex mutex;
+    std::condition_variable releasedMonths;
+    std::set<MonthKey> blocked;
+    std::shared_ptr<PrayerRepository> repository = std::make_shared<PrayerRepository>(
+        folder.filePath("Cache").toStdString(), [this](MonthKey month, const Location &location, CalculationMethod method) {
+            std::unique_lock lock(mutex);
+            releasedMonths.wait(lock, [&] { return !blocked.contains(month); });
+            lock.unlock();
+            std::vector<DayTimes> days;
+            for (const DayKey &key : month.days())
+                days.push_back(PrayerCalculator::times(key, location, method));
+            return days;
+        });
+};
+
+} // namespace
+
+TEST_F(ImsakiyeViewTest, PagesWithButtonsKeysAndModes)
+{
+    std::unique_ptr<AppModel> model = loadedModel();
+    ImsakiyeView view(*model, ImsakiyeMode::month);
+    view.resize(ImsakiyeView::defaultSize);
+    view.show();
+    view.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    ASSERT_TRUE(waitForDays(view));
+    EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Mart 2026"));
+    ASSERT_EQ(view.rows().size(), 31u);
+    EXPECT_FALSE(view.todayButton()->isEnabled()) << "the current page is shown";
+    EXPECT_EQ(view.header()->headings(),
+              (QStringList{"Tarih", "Hicri", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı"}));
+    EXPECT_EQ(view.rows()[9]->accessibleName(), QStringLiteral("10 Mar Sal, 21 Ramazan, İmsak 05:53, Güneş 07:17, Öğle 13:19, "
+                                                               "İkindi 16:35, Akşam 19:12, Yatsı 20:31, bugün"));
+    EXPECT_TRUE(Imsakiye::isDimmed(ImsakiyeMode::month, view.rows()[8]->content().row));
+
+    // Each step is the next page, from the buttons and from the keyboard alike.
+    const auto step = [&](auto act, const QString &title, int64_t offset) {
+        act();
+        EXPECT_EQ(view.offset(), offset);
+        EXPECT_TRUE(waitForDays(view)) << title.toStdString();
+        EXPECT_EQ(view.titleLabel()->text(), title);
+        EXPECT_EQ(view.todayButton()->isEnabled(), offset != 0);
+    };
+    step([&] { QTest::mouseClick(view.nextButton(), Qt::LeftButton); }, "Nisan 2026", 1);
+    step([&] { QTest::keyClick(&view, Qt::Key_Right); }, "Mayıs 2026", 2);
+    step([&] { QTest::mouseClick(view.todayButton(), Qt::LeftButton); }, "Mart 2026", 0);
+    step([&] { QTest::keyClick(&view, Qt::Key_PageUp); }, "Şubat 2026", -1);
+    step([&] { QTest::mouseClick(view.previousButton(), Qt::LeftButton); }, "Ocak 2026", -2);
+    step([&] { QTest::keyClick(&view, Qt::Key_Left); }, "Aralık 2025", -3);
+    EXPECT_EQ(view.rows().size(), 31u);
+    EXPECT_EQ(dates(view).first(), QStringLiteral("2025-12-01"));
+    step([&] { QTest::keyClick(&view, Qt::Key_Home); }, "Mart 2026", 0);
+    step([&] { QTest::keyClick(&view, Qt::Key_PageDown); }, "Nisan 2026", 1);
+
+    // Another mode starts at its current page.
+    step([&] { QTest::mouseClick(view.modePicker(), Qt::LeftButton, {}, view.modePicker()->segmentRect(ImsakiyeMode::ramadan).center()); },
+         "Ramazan 1447 · 18 Şub – 19 Mar 2026", 0);
+    EXPECT_EQ(view.mode(), ImsakiyeMode::ramadan);
+    EXPECT_EQ(view.rows().size(), 30u);
+    EXPECT_EQ(view.header()->headings(),
+              (QStringList{"Tarih", "Ramazan", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı", "Sahur", "İftar"}));
+    EXPECT_EQ(view.rows()[25]->content().row.note, "Kadir Gecesi");
+    EXPECT_EQ(view.rows()[29]->content().row.note, "Arefe");
+    step([&] { view.showPrevious(); }, "Ramazan 1446 · 1 Mar – 29 Mar 2025", -1);
+    EXPECT_EQ(view.rows().size(), 29u);
+    step([&] { view.setMode(ImsakiyeMode::week); }, "9 – 15 Mart 2026", 0);
+    EXPECT_EQ(dates(view), (QStringList{"2026-03-09", "2026-03-10", "2026-03-11", "2026-03-12", "2026-03-13",
+                                        "2026-03-14", "2026-03-15"}));
+}
+
+TEST_F(ImsakiyeViewTest, OldRowsStayAndASupersededAnswerIsDropped)
+{
+    // Today's times are not loaded: the page is the clock's month, and it is held back.
+    std::unique_ptr<AppModel> model = this->model();
+    block({2026, 3});
+    ImsakiyeView view(*model, ImsakiyeMode::month);
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.show();
+    EXPECT_TRUE(view.isLoading());
+    EXPECT_TRUE(view.spinner()->isVisible()) << "nothing to show yet";
+    EXPECT_FALSE(view.list()->isVisible());
+    EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Mart 2026"));
+    release();
+    ASSERT_TRUE(waitForDays(view));
+    EXPECT_FALSE(view.spinner()->isVisible());
+    EXPECT_EQ(view.rows().size(), 31u);
+
+    // April is slow; while it comes, March stays on screen without a spinner.
+    block({2026, 4});
+    view.showNext();
+    EXPECT_TRUE(view.isLoading());
+    EXPECT_FALSE(view.spinner()->isVisible());
+    EXPECT_EQ(dates(view).first(), QStringLiteral("2026-03-01"));
+    // Back to March before April answers: March's answer wins, and April's, when it comes, is dropped.
+    view.showPrevious();
+    ASSERT_TRUE(waitForDays(view));
+    QSignalSpy later(&view, &ImsakiyeView::daysChanged);
+    release();
+    QThreadPool::globalInstance()->waitForDone(loadWaitMs);
+    QTest::qWait(50);
+    EXPECT_EQ(later.count(), 0);
+    EXPECT_EQ(dates(view).first(), QStringLiteral("2026-03-01"));
+    EXPECT_EQ(view.rows().size(), 31u);
+    EXPECT_FALSE(view.isLoading());
+
+    // A new place is a new page: the rows follow the model.
+    const QString before = QString::fromStdString(view.rows()[0]->content().row.times[0]);
+    model->setLocation({"Van", 38.5012, 43.3730, "Europe/Istanbul"});
+    ASSERT_TRUE(waitForDays(view));
+    EXPECT_NE(QString::fromStdString(view.rows()[0]->content().row.times[0]), before);
+    EXPECT_TRUE(view.placeLabel()->text().startsWith(QStringLiteral("Van · Diyanet")));
+}
+
+TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
+{
+    std::unique_ptr<AppModel> model = loadedModel();
+    ImsakiyeView view(*model, ImsakiyeMode::month);
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.resize(ImsakiyeView::minimumContentSize);
+    view.show();
+    ASSERT_TRUE(waitForDays(view));
+    QTest::qWait(20);
+    const QScrollArea &list = *view.list();
+    ASSERT_GT(list.verticalScrollBar()->maximum(), 0) << "a month does not fit at this size";
+    const ImsakiyeRow *today = view.rows()[9];
+    const int centre = today->mapTo(list.viewport(), today->rect().center()).y();
+    EXPECT_NEAR(centre, list.viewport()->height() / 2, ImsakiyeRow::rowHeight / 2);
+    EXPECT_TRUE(today->content().row.isToday);
+    EXPECT_TRUE(view.offlineLabel()->isHidden());
+
+    // A page without today starts at its top.
+    view.showNext();
+    ASSERT_TRUE(waitForDays(view));
+    EXPECT_EQ(list.verticalScrollBar()->value(), 0);
+
+    // Shown days that were computed on the device say so.
+    ImsakiyeView offline(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{march10(), march11()}, true});
+    EXPECT_FALSE(offline.isLoading());
+    EXPECT_FALSE(offline.offlineLabel()->isHidden());
+    EXPECT_EQ(offline.offlineLabel()->text(), QStringLiteral("· Çevrimdışı, cihazda hesaplandı"));
+    EXPECT_EQ(offline.titleLabel()->text(), QStringLiteral("10 – 11 Mart 2026"));
+}
+
+TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
+{
+    std::unique_ptr<AppModel> model = loadedModel();
+    ImsakiyeView view(*model, ImsakiyeMode::ramadan);
+    ASSERT_TRUE(waitForDays(view));
+
+    QStringList suggested;
+    QString answer;
+    int printers = 0;
+    view.setDialogs({[&](QWidget *, const QString &path) {
+                         suggested << path;
+                         return answer;
+                     },
+                     [&](QPrinter &printer, QWidget *) {
+                         ++printers;
+                         printer.setOutputFormat(QPrinter::PdfFormat);
+                         printer.setOutputFileName(folder.filePath("printed.pdf"));
+                         return true;
+                     }});
+    EXPECT_FALSE(view.savePdf()) << "cancelled";
+    ASSERT_EQ(suggested.size(), 1);
+    EXPECT_TRUE(suggested[0].endsWith(QStringLiteral("/İmsakiye Ramazan 1447 · 18 Şub – 19 Mar 2026.pdf"))) << suggested[0].toStdString();
+
+    answer = folder.filePath("ramazan.pdf");
+    view.pdfAction()->trigger();
+    const QString text = pdfText(answer);
+    ASSERT_FALSE(text.isEmpty()) << "pdftotext could not read " << answer.toStdString();
+    for (const char *expected : {"İMSAKİYE", "Ramazan 1447 · 18 Şub – 19 Mar 2026", "İstanbul, Üsküdar · Diyanet İşleri Başkanlığı",
+                                 "Sahur", "İftar", "Kadir Gecesi", "Arefe", "1. gün", "30. gün",
+                                 "Hicri tarihler ±1 gün farklı olabilir"})
+        EXPECT_TRUE(text.contains(QString::fromUtf8(expected))) << expected << "\n" << text.toStdString();
+    // Today's row with its six times on one line.
+    EXPECT_TRUE(text.contains(QRegularExpression(QStringLiteral("10 Mar Sal +21\\. gün +05:53 +07:17 +13:19 +16:35 +19:12 +20:31"))))
+        << text.toStdString();
+    const QString info = pdfInfo(answer);
+    EXPECT_TRUE(info.contains(QRegularExpression(QStringLiteral("Pages: +1\\n")))) << info.toStdString();
+    EXPECT_TRUE(info.contains(QStringLiteral("(A4)"))) << info.toStdString();
+
+    // A whole month, printed: one page, every day on it.
+    view.setMode(ImsakiyeMode::month);
+    ASSERT_TRUE(waitForDays(view));
+    view.setFocus();
+    view.printAction()->trigger();
+    EXPECT_EQ(printers, 1);
+    const QString printed = pdfText(folder.filePath("printed.pdf"));
+    EXPECT_TRUE(printed.contains(QStringLiteral("Mart 2026")));
+    for (const ImsakiyeRow *row : view.rows())
+        EXPECT_TRUE(printed.contains(QString::fromStdString(row->content().row.date))) << row->content().row.date;
+    EXPECT_TRUE(printed.contains(QStringLiteral("Ramazan başlangıcı")) == false) << "1 Ramadan is in February";
+    EXPECT_TRUE(pdfInfo(folder.filePath("printed.pdf")).contains(QRegularExpression(QStringLiteral("Pages: +1\\n"))));
+}
+
+TEST_F(ImsakiyeViewTest, RendersInTheForcedAppearance)
+{
+    std::unique_ptr<AppModel> model = loadedModel();
+    for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
+        Colors::forceAppearance(appearance);
+        ImsakiyeView view(*model, ImsakiyeMode::week);
+        view.setAttribute(Qt::WA_DontShowOnScreen);
+        view.resize(760, 400);
+        view.show();
+        ASSERT_TRUE(waitForDays(view));
+        QTest::qWait(20);
+        const QImage image = view.grab().toImage();
+        const qreal corner = image.pixelColor(2, 2).lightnessF();
+        EXPECT_TRUE(appearance == Appearance::dark ? corner < 0.3 : corner > 0.8) << corner;
+        // Today's row is tinted with the accent.
+        const ImsakiyeRow *today = view.rows()[1];
+        const QColor tint = image.pixelColor(today->mapTo(&view, QPoint(4, today->height() / 2)));
+        EXPECT_GT(tint.green(), tint.red()) << tint.name().toStdString();
+    }
+}
+
+TEST_F(ImsakiyeViewTest, RamadanPageMovesOnOnceTodaysTimesSayThisOneIsOver)
+{
+    // 10 April 2025 is in Şevval; until today's times are loaded the calendar's year stands.
+    AppModel model(at(2025, 4, 10, 12, 0), false, AppModel::Services{nullptr, repository, nullptr, nullptr});
+    ImsakiyeView view(model, ImsakiyeMode::ramadan);
+    ASSERT_TRUE(waitForDays(view));
+    EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Ramazan 1446 · 1 Mar – 29 Mar 2025"));
+
+    model.reload();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.titleLabel()->text() == QStringLiteral("Ramazan 1447 · 18 Şub – 19 Mar 2026"); },
+                                loadWaitMs))
+        << view.titleLabel()->text().toStdString();
+    EXPECT_EQ(view.rows().size(), 30u);
+}

@@ -1,0 +1,391 @@
+#include "AboutView.h"
+#include "AppModel.h"
+#include "Defaults.h"
+#include "FileChooser.h"
+#include "GeneralSettingsView.h"
+#include "KerahatSettingsView.h"
+#include "LocationService.h"
+#include "NotificationBackend.h"
+#include "NotificationScheduler.h"
+#include "NotificationSettingsView.h"
+#include "PrayerCalculator.h"
+#include "PrayerRepository.h"
+#include "SettingsForm.h"
+#include "SettingsView.h"
+#include "SoundLibrary.h"
+#include "ViewsTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPromise>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+#include <QTimeEdit>
+
+using namespace orvel;
+using namespace orvel::test;
+
+namespace {
+
+constexpr int waitMs = 10000;
+
+const Location uskudar{"İstanbul, Üsküdar", 41.0255, 29.0153, "Europe/Istanbul"};
+const Location berlin{"Berlin", 52.52, 13.405, "Europe/Berlin"};
+
+// Answers each call with what the test put in front of it; counts the calls.
+class ScriptedLocations : public LocationService {
+public:
+    QFuture<Location> currentLocation() override
+    {
+        ++positionRequests;
+        if (position)
+            return QtFuture::makeReadyFuture(*position);
+        return QtFuture::makeExceptionalFuture<Location>(LocationFailure(positionError));
+    }
+    QFuture<PlaceSearch> search(const QString &query) override
+    {
+        queries << query;
+        if (pendingSearch) {
+            pendingSearch->start();
+            return pendingSearch->future();
+        }
+        if (searchFails)
+            return QtFuture::makeExceptionalFuture<PlaceSearch>(SearchFailure());
+        return QtFuture::makeReadyFuture(found);
+    }
+
+    std::optional<Location> position;
+    LocationError positionError = LocationError::unavailable;
+    PlaceSearch found;
+    bool searchFails = false;
+    std::shared_ptr<QPromise<PlaceSearch>> pendingSearch;
+    int positionRequests = 0;
+    QStringList queries;
+};
+
+struct QuietBackend : NotificationBackend {
+    bool isAvailable() const override { return true; }
+    void show(const NotificationRequest &) override {}
+};
+
+// A model on settings, sounds and an autostart folder of the test's own, whose days come from
+// the calculator, with a scheduler that only records.
+class SettingsViewTest : public ::testing::Test {
+protected:
+    SettingsViewTest()
+    {
+        Defaults::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat));
+        SoundLibrary::setFolder(folder.filePath("Sounds"));
+        qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
+        model = std::make_unique<AppModel>(std::nullopt, false, AppModel::Services{clock, repository, &scheduler, nullptr});
+    }
+    ~SettingsViewTest() override
+    {
+        QThreadPool::globalInstance()->waitForDone(waitMs);
+        QCoreApplication::sendPostedEvents();
+        model.reset();
+        Defaults::setStore(nullptr);
+        SoundLibrary::setFolder(QString());
+        qputenv("XDG_CONFIG_HOME", configHome);
+    }
+
+    void settle() { QCoreApplication::processEvents(); }
+
+    QTemporaryDir folder;
+    QByteArray configHome = qgetenv("XDG_CONFIG_HOME");
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>(at(2026, 3, 10, 12, 30));
+    std::shared_ptr<PrayerRepository> repository = std::make_shared<PrayerRepository>(
+        folder.filePath("Cache").toStdString(), [](MonthKey month, const Location &location, CalculationMethod method) {
+            std::vector<DayTimes> days;
+            for (const DayKey &key : month.days())
+                days.push_back(PrayerCalculator::times(key, location, method));
+            return days;
+        });
+    NotificationScheduler scheduler{std::make_shared<QuietBackend>(), clock};
+    std::unique_ptr<AppModel> model;
+    ScriptedLocations locations;
+    const NotificationSettingsView::Permission allowed{[] { return false; }, [] {}};
+};
+
+} // namespace
+
+TEST_F(SettingsViewTest, SearchingLeavesThePlaceAloneUntilAResultIsChosen)
+{
+    GeneralSettingsView view(*model, locations);
+    EXPECT_EQ(view.placeLabel()->text(), "İstanbul, Fatih");
+
+    view.queryField()->setText("   ");
+    EXPECT_FALSE(view.searchButton()->isEnabled());
+    view.search();
+    EXPECT_TRUE(locations.queries.isEmpty());
+
+    view.queryField()->setText("  Üsküdar ");
+    EXPECT_TRUE(view.searchButton()->isEnabled());
+    locations.found = {{uskudar, berlin}, false};
+    view.search();
+    settle();
+    EXPECT_EQ(locations.queries, QStringList{"Üsküdar"});
+    ASSERT_EQ(view.resultButtons().size(), 2);
+    EXPECT_EQ(view.resultButtons().at(0)->accessibleName(), "İstanbul, Üsküdar");
+    EXPECT_EQ(view.locationMessage(), std::nullopt);
+    EXPECT_EQ(model->location().name, "İstanbul, Fatih");
+
+    // A failure clears the earlier list; no hits say so.
+    locations.searchFails = true;
+    view.search();
+    settle();
+    EXPECT_TRUE(view.resultButtons().isEmpty());
+    EXPECT_EQ(view.locationMessage(), QString::fromUtf8(GeneralSettingsView::searchFailed));
+    locations.searchFails = false;
+    locations.found = {};
+    view.search();
+    settle();
+    EXPECT_EQ(view.locationMessage(), QString("Sonuç bulunamadı."));
+    locations.found = {{uskudar}, true};
+    view.search();
+    settle();
+    EXPECT_EQ(view.locationMessage(), QString::fromUtf8(GeneralSettingsView::offlineResults));
+
+    view.resultButtons().at(0)->click();
+    settle();
+    EXPECT_EQ(model->location(), uskudar);
+    EXPECT_TRUE(view.resultButtons().isEmpty());
+    EXPECT_TRUE(view.queryField()->text().isEmpty());
+    EXPECT_EQ(view.locationMessage(), std::nullopt);
+    EXPECT_EQ(view.placeLabel()->text(), "İstanbul, Üsküdar");
+}
+
+TEST_F(SettingsViewTest, OnlyTheNewestSearchIsShown)
+{
+    GeneralSettingsView view(*model, locations);
+    view.queryField()->setText("Ber");
+    auto slow = std::make_shared<QPromise<PlaceSearch>>();
+    locations.pendingSearch = slow;
+    view.search();
+    EXPECT_TRUE(view.isSearching());
+    locations.pendingSearch.reset();
+    locations.found = {{berlin}, false};
+    view.queryField()->setText("Berlin");
+    view.search();
+    settle();
+    slow->addResult(PlaceSearch{{uskudar}, false});
+    slow->finish();
+    settle();
+    ASSERT_EQ(view.resultButtons().size(), 1);
+    EXPECT_EQ(view.resultButtons().at(0)->accessibleName(), "Berlin");
+    EXPECT_FALSE(view.isSearching());
+}
+
+TEST_F(SettingsViewTest, ThePositionReplacesThePlaceOrSaysWhyNot)
+{
+    GeneralSettingsView view(*model, locations);
+    locations.positionError = LocationError::denied;
+    view.currentLocationButton()->click();
+    settle();
+    ASSERT_TRUE(view.locationMessage());
+    EXPECT_TRUE(view.locationMessage()->startsWith("Konum izni verilmedi.")) << view.locationMessage()->toStdString();
+    locations.positionError = LocationError::unavailable;
+    view.useCurrentLocation();
+    settle();
+    EXPECT_EQ(view.locationMessage(), QString("Konum alınamadı. Konumu arayarak seçebilirsiniz."));
+    EXPECT_EQ(model->location().name, "İstanbul, Fatih");
+    EXPECT_TRUE(view.currentLocationButton()->isEnabled());
+
+    locations.position = berlin;
+    view.useCurrentLocation();
+    settle();
+    EXPECT_EQ(model->location(), berlin);
+    EXPECT_EQ(view.locationMessage(), std::nullopt);
+    EXPECT_EQ(locations.positionRequests, 3);
+}
+
+TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
+{
+    GeneralSettingsView view(*model, locations);
+    view.methodPicker()->setCurrentIndex(1);
+    emit view.methodPicker()->activated(1);
+    EXPECT_EQ(model->method(), CalculationMethod::mwl);
+    view.styleSegments()->button(3)->click();
+    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::iconOnly);
+    view.ramadanSwitch()->click();
+    EXPECT_FALSE(model->ramadanMode());
+
+    // Changes made elsewhere (the command line, the panel) show at once.
+    model->setMethod(CalculationMethod::egypt);
+    model->setMenuBarStyle(MenuBarStyle::remaining);
+    model->setLocation(berlin);
+    EXPECT_EQ(view.methodPicker()->currentText(), "Mısır Genel Araştırma Kurumu");
+    EXPECT_EQ(view.styleSegments()->current(), 1);
+    EXPECT_EQ(view.placeLabel()->text(), "Berlin");
+    EXPECT_FALSE(view.preview()->pixmap().isNull());
+}
+
+TEST_F(SettingsViewTest, AFailedAutostartWriteIsExplainedAndTheSwitchStaysOff)
+{
+    GeneralSettingsView view(*model, locations);
+    view.loginSwitch()->click();
+    EXPECT_TRUE(view.loginSwitch()->isChecked());
+    EXPECT_EQ(view.loginError(), std::nullopt);
+    EXPECT_TRUE(QFile::exists(folder.filePath("config/autostart/orvel.desktop")));
+    view.loginSwitch()->click();
+    EXPECT_FALSE(view.loginSwitch()->isChecked());
+
+    // A file where the configuration folder should be: nothing can be written under it.
+    QFile blocker(folder.filePath("blocked"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    qputenv("XDG_CONFIG_HOME", folder.filePath("blocked").toUtf8());
+    view.loginSwitch()->click();
+    EXPECT_FALSE(view.loginSwitch()->isChecked());
+    ASSERT_TRUE(view.loginError());
+    EXPECT_TRUE(view.loginError()->startsWith("Ayarlanamadı: ")) << view.loginError()->toStdString();
+}
+
+TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
+{
+    NotificationSettingsView view(*model, allowed);
+    const auto shown = [&] { return std::pair{!view.fileRow()->isHidden(), !view.volumeRow()->isHidden()}; };
+    EXPECT_EQ(shown(), std::pair(false, false));
+    EXPECT_EQ(view.soundDescription()->text(), "Bildirimle birlikte kısa sistem sesi");
+    model->setAdhanSound(AdhanSound::chime);
+    EXPECT_EQ(shown(), std::pair(false, true));
+    EXPECT_TRUE(view.listenButton()->isEnabled());
+    EXPECT_EQ(view.listenButton()->text(), "Dinle");
+    model->setAdhanSound(AdhanSound::none);
+    EXPECT_EQ(shown(), std::pair(false, false));
+    view.soundPicker()->setCurrentIndex(2);
+    emit view.soundPicker()->activated(2);
+    EXPECT_EQ(model->adhanSound(), AdhanSound::custom);
+    EXPECT_EQ(shown(), std::pair(true, true));
+    EXPECT_EQ(view.fileName()->toolTip(), "Seçilmedi");
+    EXPECT_FALSE(view.listenButton()->isEnabled()) << "no custom file yet";
+
+    // Text is no sound: the error shows and the sound stays as it was.
+    const QString notSound = folder.filePath("notes.mp3");
+    QFile text(notSound);
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write("hatırlatma listesi");
+    text.close();
+    model->setAdhanSound(AdhanSound::chime);
+    model->setAdhanSound(AdhanSound::custom);
+    FileChooser::setNextAnswer(notSound);
+    view.chooseFileButton()->click();
+    EXPECT_EQ(view.importError(), QString::fromUtf8(NotificationSettingsView::importFailed));
+    EXPECT_EQ(model->customSoundName(), std::nullopt);
+
+    // The application's own chime is a sound file any backend can play.
+    const std::optional<QString> chime = SoundLibrary::chimePath();
+    ASSERT_TRUE(chime);
+    const QString mine = folder.filePath("ezan-ogle.wav");
+    ASSERT_TRUE(QFile::copy(*chime, mine));
+    model->setAdhanSound(AdhanSound::system);
+    FileChooser::setNextAnswer(mine);
+    view.chooseFile();
+    EXPECT_EQ(view.importError(), std::nullopt);
+    EXPECT_EQ(model->adhanSound(), AdhanSound::custom);
+    EXPECT_EQ(model->customSoundName(), "ezan-ogle.wav");
+    EXPECT_EQ(view.fileName()->toolTip(), "ezan-ogle.wav");
+
+    // Cancelling changes nothing.
+    FileChooser::setNextAnswer(std::nullopt);
+    view.chooseFile();
+    EXPECT_EQ(model->customSoundName(), "ezan-ogle.wav");
+}
+
+TEST_F(SettingsViewTest, QuietHoursAreStoredAsMinutesAfterMidnight)
+{
+    NotificationSettingsView view(*model, allowed);
+    EXPECT_TRUE(view.quietStart()->parentWidget()->isHidden());
+    view.quietSwitch()->click();
+    EXPECT_TRUE(model->quietHours().enabled);
+    EXPECT_FALSE(view.quietStart()->parentWidget()->isHidden());
+    view.quietStart()->setTime(QTime(22, 0));
+    view.quietEnd()->setTime(QTime(6, 0));
+    EXPECT_EQ(model->quietHours(), (QuietHours{true, 1320, 360}));
+    Defaults::store().sync();
+    EXPECT_EQ(Defaults::load().quietHours, (QuietHours{true, 1320, 360}));
+
+    view.reminderPicker()->setCurrentIndex(3);
+    emit view.reminderPicker()->activated(3);
+    EXPECT_EQ(model->reminderMinutes(), 15);
+    view.volumeSlider()->setValue(35);
+    EXPECT_DOUBLE_EQ(model->soundVolume(), 0.35);
+}
+
+TEST_F(SettingsViewTest, AChipReachesTheScheduler)
+{
+    QSignalSpy finished(model.get(), &AppModel::loadFinished);
+    model->setLocation(uskudar);
+    ASSERT_TRUE(finished.wait(waitMs));
+    // The scheduler takes a new plan on its next turn of the event loop.
+    const auto yatsiPending = [&] {
+        settle();
+        const std::vector<NotificationRequest> pending = scheduler.pending();
+        return std::any_of(pending.begin(), pending.end(),
+                           [](const NotificationRequest &request) { return request.title.contains("Yatsı"); });
+    };
+    ASSERT_TRUE(yatsiPending());
+
+    NotificationSettingsView view(*model, allowed);
+    EXPECT_TRUE(view.chip(Prayer::yatsi)->isOn());
+    EXPECT_FALSE(view.chip(Prayer::gunes)->isOn());
+    view.chip(Prayer::yatsi)->click();
+    EXPECT_FALSE(view.chip(Prayer::yatsi)->isOn());
+    EXPECT_FALSE(model->notifiedPrayers().contains(Prayer::yatsi));
+    EXPECT_FALSE(yatsiPending());
+}
+
+TEST_F(SettingsViewTest, KerahatControlsRestWhileTheDisplayIsOff)
+{
+    model->setKerahatMenuDot(false);
+    model->setKerahatMinutes(50);
+    KerahatSettingsView view(*model);
+    EXPECT_TRUE(view.dotSwitch()->isEnabled());
+    view.showSwitch()->click();
+    EXPECT_FALSE(model->showKerahat());
+    for (QWidget *control : {static_cast<QWidget *>(view.dotSwitch()), static_cast<QWidget *>(view.notifySwitch()),
+                             static_cast<QWidget *>(view.minutesPicker())})
+        EXPECT_FALSE(control->isEnabled());
+    EXPECT_FALSE(view.dotSwitch()->isChecked());
+    EXPECT_EQ(view.minutesPicker()->currentText(), "50 dakika");
+    EXPECT_EQ(model->kerahatMinutes(), 50);
+
+    view.showSwitch()->click();
+    EXPECT_TRUE(view.minutesPicker()->isEnabled());
+    view.minutesPicker()->setCurrentIndex(0);
+    emit view.minutesPicker()->activated(0);
+    EXPECT_EQ(model->kerahatMinutes(), 40);
+}
+
+TEST_F(SettingsViewTest, TheWindowNamesItsTabsAndControlsForScreenReaders)
+{
+    SettingsView window(*model, std::make_unique<ScriptedLocations>(), allowed);
+    EXPECT_EQ(window.width(), SettingsView::windowWidth);
+    QStringList tabs;
+    for (int index = 0; index < window.tabs()->count(); ++index)
+        tabs << window.tabs()->tabText(index);
+    EXPECT_EQ(tabs, (QStringList{"Genel", "Bildirimler", "Kerahat", "Hakkında"}));
+
+    QStringList named;
+    for (const QWidget *widget : window.findChildren<QWidget *>())
+        if (!widget->accessibleName().isEmpty())
+            named << widget->accessibleName();
+    for (const char *name : {"Konum ara", "Hesaplama yöntemi", "Gösterim", "Ramazan modu", "Oturum açıldığında başlat",
+                             "Önceden hatırlat", "Orvel girince", "Ses düzeyi", "Sessiz saatler", "Başlangıç", "Bitiş",
+                             "Panelde göster", "Menü çubuğunda işaret", "Başlarken bildir", "Güneş doğuşu ve batışı",
+                             "İmsak", "Yatsı"})
+        EXPECT_TRUE(named.contains(QString::fromUtf8(name))) << name;
+
+    EXPECT_EQ(AboutView::versionText(QString()), "Sürüm 1.0");
+    EXPECT_EQ(AboutView::versionText("0.4.0"), "Sürüm 0.4.0");
+}
