@@ -166,18 +166,24 @@ TEST(DBusStatusService, MethodsOpenThePanelAndTheWindows)
 {
     Running orvel(test::testDay()[Prayer::ogle]);
     Script script(orvel.bus.connect());
+    const auto shown = [&](const char *id) {
+        return QTest::qWaitFor([&] {
+            const QWidget *window = orvel.app.windows().window(QString::fromLatin1(id));
+            return window && window->isVisible();
+        }, 2000);
+    };
     EXPECT_EQ(script.call(interface, "OpenImsakiye").type(), QDBusMessage::ReplyMessage);
-    EXPECT_TRUE(QTest::qWaitFor([] { return test::visibleWindowsTitled("İmsakiye") == 1; }, 2000));
+    EXPECT_TRUE(shown(Windows::imsakiye));
     script.call(interface, "OpenSettings");
-    EXPECT_TRUE(QTest::qWaitFor([] { return test::visibleWindowsTitled("Ayarlar") == 1; }, 2000));
+    EXPECT_TRUE(shown(Windows::settings));
     EXPECT_FALSE(orvel.app.panel().isVisible());
     script.call(interface, "ShowPanel");
     EXPECT_TRUE(QTest::qWaitFor([&] { return orvel.app.panel().isVisible(); }, 2000));
+    // Asked again, the same window comes forward.
+    QWidget *imsakiye = orvel.app.windows().window(QString::fromLatin1(Windows::imsakiye));
     script.call(interface, "OpenImsakiye");
-    EXPECT_EQ(test::visibleWindowsTitled("İmsakiye"), 1);
+    EXPECT_EQ(orvel.app.windows().window(QString::fromLatin1(Windows::imsakiye)), imsakiye);
     orvel.app.panel().hide();
-    for (QWidget *window : QApplication::topLevelWidgets())
-        window->close();
 }
 
 // orvel-cli follows the running Orvel: one line per change of its title, its own clock while
