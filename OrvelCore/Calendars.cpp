@@ -1,6 +1,7 @@
 #include "Calendars.h"
 
 #include <cmath>
+#include <cstdio>
 #include <memory>
 
 #include <unicode/calendar.h>
@@ -77,6 +78,20 @@ Instant wallClock(const CivilTime &time, const TimeZone &zone)
     const double local = static_cast<double>(daysFromCivil(time.year, time.month, time.day) * secondsPerDay
                                               + time.hour * 3600 + time.minute * 60 + time.second);
     return Instant::fromUnix(local - zone.offsetSecondsAtLocal(local));
+}
+
+std::string iso8601(Instant instant, const TimeZone &zone)
+{
+    const CivilTime time = civil(instant, zone);
+    const int offset = zone.offsetSeconds(instant);
+    const int offsetMinutes = (offset < 0 ? -offset : offset) / 60;
+    char text[48];
+    std::snprintf(text, sizeof text, "%04lld-%02lld-%02lldT%02lld:%02lld:%02lld%c%02d:%02d",
+                  static_cast<long long>(time.year), static_cast<long long>(time.month),
+                  static_cast<long long>(time.day), static_cast<long long>(time.hour),
+                  static_cast<long long>(time.minute), static_cast<long long>(time.second), offset < 0 ? '-' : '+',
+                  offsetMinutes / 60, offsetMinutes % 60);
+    return text;
 }
 
 Instant startOfDay(int64_t year, int64_t month, int64_t day, const TimeZone &zone)

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace orvel {
 
@@ -42,6 +43,8 @@ CivilTime civil(Instant instant, const TimeZone &zone);
 // the next day). A reading skipped by a clock change moves forward past the gap; a repeated one
 // takes its first occurrence.
 Instant wallClock(const CivilTime &time, const TimeZone &zone);
+// "2026-03-10T18:47:00+03:00": the wall clock in the zone with the zone's offset at that instant.
+std::string iso8601(Instant instant, const TimeZone &zone);
 // The first instant of the Gregorian day in the zone (00:00, or the first existing moment when
 // the zone skips midnight).
 Instant startOfDay(int64_t year, int64_t month, int64_t day, const TimeZone &zone);

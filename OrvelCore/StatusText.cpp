@@ -71,4 +71,26 @@ StatusLine line(MenuBarStyle style, const StatusFacts &facts, const TimeZone &zo
     return line;
 }
 
+std::string_view stateName(StatusLine::State state)
+{
+    switch (state) {
+    case StatusLine::State::normal:
+        return "normal";
+    case StatusLine::State::kerahat:
+        return "kerahat";
+    case StatusLine::State::entry:
+        return "entry";
+    }
+    return "normal";
+}
+
+std::optional<StatusLine::State> stateFromName(std::string_view name)
+{
+    for (const auto state : {StatusLine::State::normal, StatusLine::State::kerahat, StatusLine::State::entry}) {
+        if (stateName(state) == name)
+            return state;
+    }
+    return std::nullopt;
+}
+
 } // namespace orvel::StatusText

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace orvel {
 
@@ -39,6 +40,10 @@ struct StatusFacts {
 namespace StatusText {
 
 StatusLine line(MenuBarStyle style, const StatusFacts &facts, const TimeZone &zone);
+
+// The state as programs outside Orvel read it: "normal", "kerahat", "entry"; and back.
+std::string_view stateName(StatusLine::State state);
+std::optional<StatusLine::State> stateFromName(std::string_view name);
 
 // Ramadan mode is on and today's Hijri month (stored, else approximated) is Ramadan.
 bool isRamadanToday(bool ramadanMode, const std::optional<DayTimes> &today);

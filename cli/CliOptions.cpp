@@ -260,7 +260,10 @@ void PlaceOptions::addTo(OptionTable &table)
                    name = text(value);
                }});
     table.add({"--method", "YÖNTEM", "hesaplama yöntemi: " + methodList() + " (varsayılan: uygulamadaki yöntem)",
-               [this](std::string_view value) { method = Values::method(value); }});
+               [this](std::string_view value) {
+                   method = Values::method(value);
+                   methodGiven = true;
+               }});
 }
 
 Location PlaceOptions::location() const

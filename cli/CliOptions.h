@@ -80,8 +80,11 @@ struct PlaceOptions {
     std::optional<std::string> timeZoneID;
     std::optional<std::string> name;
     CalculationMethod method = CalculationMethod::diyanet;
+    bool methodGiven = false;
 
     void addTo(OptionTable &table);
+    // Some place or method option was given: the times are not necessarily the application's.
+    bool given() const { return latitude || longitude || timeZoneID || name || methodGiven; }
     // The stored place unless coordinates are given; coordinates without --tz take the machine's
     // zone.
     Location location() const;

@@ -3,12 +3,15 @@
 #include "AppSettings.h"
 #include "Calendars.h"
 #include "Clock.h"
+#include "FollowLoop.h"
 #include "OrvelFormat.h"
 #include "StatusText.h"
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
+
+#include <filesystem>
 #include <ostream>
+#include <system_error>
 
 namespace orvel::cli::StatusCommand {
 
@@ -24,6 +27,7 @@ struct Choices {
     SourceOptions sources;
     std::optional<CivilTime> now;
     Format format = Format::text;
+    bool follow = false;
 };
 
 Format format(std::string_view value)
@@ -34,7 +38,11 @@ Format format(std::string_view value)
         return Format::json;
     if (value == "waybar")
         return Format::waybar;
-    throw UsageError("geçersiz biçim: " + std::string(value) + " (text, json veya waybar olmalı)");
+    if (value == "line")
+        return Format::line;
+    if (value == "genmon")
+        return Format::genmon;
+    throw UsageError("geçersiz biçim: " + std::string(value) + " (text, json, waybar, line veya genmon olmalı)");
 }
 
 OptionTable optionTable(Choices &choices)
@@ -42,45 +50,86 @@ OptionTable optionTable(Choices &choices)
     OptionTable table;
     table.add({"--now", "YYYY-AA-GGTSS:dd", "bu an için yaz, yerin saat dilimine göre (varsayılan: şimdi)",
                [&choices](std::string_view value) { choices.now = Values::minute(value); }});
-    table.add({"--format", "BİÇİM", "text (iki satır), json ya da waybar (tek satır JSON); varsayılan text",
+    table.add({"--format", "BİÇİM",
+               "text (iki satır), json, waybar, line (yalnız başlık) ya da genmon; varsayılan text",
                [&choices](std::string_view value) { choices.format = format(value); }});
+    table.add({"--follow", "", "çalışmayı sürdür, gösterilen değiştikçe yeniden yaz (Orvel açıksa onu izler)",
+               [&choices](std::string_view) { choices.follow = true; }});
     choices.place.addTo(table);
     choices.sources.addTo(table);
     table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
 }
 
-// "2026-03-10T18:47:00+03:00": the wall clock of the place with its offset.
-std::string isoTime(Instant instant, const TimeZone &zone)
-{
-    const CivilTime civil = Calendars::civil(instant, zone);
-    const int offset = zone.offsetSeconds(instant);
-    const int offsetMinutes = (offset < 0 ? -offset : offset) / 60;
-    char text[40];
-    std::snprintf(text, sizeof text, "%04lld-%02lld-%02lldT%02lld:%02lld:%02lld%c%02d:%02d",
-                  static_cast<long long>(civil.year), static_cast<long long>(civil.month),
-                  static_cast<long long>(civil.day), static_cast<long long>(civil.hour),
-                  static_cast<long long>(civil.minute), static_cast<long long>(civil.second), offset < 0 ? '-' : '+',
-                  offsetMinutes / 60, offsetMinutes % 60);
-    return text;
-}
-
 OrderedJson isoOrNull(const std::optional<Instant> &instant, const TimeZone &zone)
 {
-    return instant ? OrderedJson(isoTime(*instant, zone)) : OrderedJson(nullptr);
+    return instant ? OrderedJson(Calendars::iso8601(*instant, zone)) : OrderedJson(nullptr);
 }
 
 std::string waybarClass(const Moment &moment)
 {
-    if (moment.entryMinute)
+    switch (moment.state) {
+    case StatusLine::State::entry:
         return "adhan";
-    return moment.kerahat ? "kerahat" : "normal";
+    case StatusLine::State::kerahat:
+        return "kerahat";
+    case StatusLine::State::normal:
+        break;
+    }
+    return "normal";
+}
+
+// The day's six times and the spoken label.
+std::string dayTooltip(const Request &request, const Moment &moment)
+{
+    const TimeZone zone = request.location.timeZone();
+    std::string tooltip;
+    for (const Prayer::Value prayer : Prayer::allCases) {
+        tooltip += std::string(Prayer(prayer).displayName(moment.ramadanToday)) + " "
+            + OrvelFormat::time(moment.today[prayer], zone) + "\n";
+    }
+    return tooltip + moment.label;
+}
+
+// Text for Pango markup, which the Generic Monitor reads its text and tooltip as; a line break
+// becomes a character reference so that the whole answer stays on one line.
+std::string markup(const std::string &text)
+{
+    std::string escaped;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '\n':
+            escaped += "&#10;";
+            break;
+        default:
+            escaped += c;
+        }
+    }
+    return escaped;
 }
 
 std::string dump(const OrderedJson &document, int indent)
 {
     // A place name given on the command line need not be valid UTF-8.
     return document.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+// For the Generic Monitor, which splits the command as a shell would.
+std::string shellQuoted(const std::string &text)
+{
+    std::string quoted = "'";
+    for (const char c : text)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
 }
 
 } // namespace
@@ -94,6 +143,10 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     request.method = choices.place.method;
     request.sources = choices.sources;
     request.format = choices.format;
+    request.follow = choices.follow;
+    request.placeGiven = choices.place.given();
+    if (request.follow && choices.now)
+        throw UsageError("--follow ile --now birlikte kullanılamaz: izlenen an hep şimdidir");
     // The status item moves in whole minutes; so does this.
     request.now = choices.now ? Calendars::wallClock(*choices.now, request.location.timeZone()) : clock.now().floorToMinute();
     return request;
@@ -120,6 +173,16 @@ Moment moment(const Request &request, const DaysAnswer &answer)
     moment.entryMinute = line.state == StatusLine::State::entry;
     moment.title = line.text;
     moment.label = line.label;
+    moment.state = line.state;
+    return moment;
+}
+
+Moment withWords(Moment moment, const StatusLine &words)
+{
+    moment.title = words.text;
+    moment.label = words.label;
+    moment.state = words.state;
+    moment.entryMinute = words.state == StatusLine::State::entry;
     return moment;
 }
 
@@ -135,14 +198,14 @@ std::string json(const Request &request, const Moment &moment)
     OrderedJson kerahat = nullptr;
     if (moment.kerahat) {
         kerahat = {{"kind", moment.kerahat->kind.rawValue()},
-                   {"start", isoTime(moment.kerahat->start, zone)},
-                   {"end", isoTime(moment.kerahat->end, zone)}};
+                   {"start", Calendars::iso8601(moment.kerahat->start, zone)},
+                   {"end", Calendars::iso8601(moment.kerahat->end, zone)}};
     }
     const OrderedJson document{
         {"current", status.current ? OrderedJson(status.current->rawValue()) : OrderedJson(nullptr)},
         {"currentTime", isoOrNull(status.currentTime, zone)},
         {"next", status.next.rawValue()},
-        {"nextTime", isoTime(status.nextTime, zone)},
+        {"nextTime", Calendars::iso8601(status.nextTime, zone)},
         {"nextIsTomorrow", status.nextIsTomorrow},
         {"dayProgress", status.dayProgress},
         {"minutesRemaining", status.minutesRemaining},
@@ -153,26 +216,61 @@ std::string json(const Request &request, const Moment &moment)
         {"method", request.method.rawValue()},
         {"source", rawValue(moment.source)},
     };
-    return dump(document, 2) + "\n";
+    return dump(document, request.follow ? -1 : 2) + "\n";
 }
 
 std::string waybar(const Request &request, const Moment &moment)
 {
-    const TimeZone zone = request.location.timeZone();
-    std::string tooltip;
-    for (const Prayer::Value prayer : Prayer::allCases) {
-        tooltip += std::string(Prayer(prayer).displayName(moment.ramadanToday)) + " "
-            + OrvelFormat::time(moment.today[prayer], zone) + "\n";
-    }
-    tooltip += moment.label;
     const OrderedJson document{
         {"text", moment.title},
-        {"tooltip", tooltip},
+        {"tooltip", dayTooltip(request, moment)},
         {"class", waybarClass(moment)},
         {"alt", moment.status.next.rawValue()},
         {"percentage", static_cast<int>(moment.status.dayProgress * 100)},
     };
     return dump(document, -1) + "\n";
+}
+
+std::string line(const Moment &moment)
+{
+    return moment.title + "\n";
+}
+
+std::string genmon(const Request &request, const Moment &moment, const std::string &clickCommand)
+{
+    return "<txt>" + markup(moment.title) + "</txt><tool>" + markup(dayTooltip(request, moment)) + "</tool><txtclick>"
+        + clickCommand + "</txtclick>\n";
+}
+
+std::string output(const Request &request, const Moment &moment)
+{
+    switch (request.format) {
+    case Format::text:
+        return text(moment);
+    case Format::json:
+        return json(request, moment);
+    case Format::waybar:
+        return waybar(request, moment);
+    case Format::line:
+        return line(moment);
+    case Format::genmon:
+        return genmon(request, moment, panelCommand());
+    }
+    return text(moment);
+}
+
+std::string panelCommand()
+{
+    std::error_code error;
+    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error)
+        return "orvel";
+    // Installed side by side, or in the build tree's folders.
+    for (const std::filesystem::path &candidate : {self.parent_path() / "orvel", self.parent_path().parent_path() / "Orvel" / "orvel"}) {
+        if (std::filesystem::is_regular_file(candidate, error))
+            return shellQuoted(candidate.string());
+    }
+    return "orvel";
 }
 
 std::string help()
@@ -182,8 +280,13 @@ std::string help()
            "Sıradaki vakti ve kalan süreyi durum çubuğundaki gibi yazar: ilk satırda başlık (\"Akşam 1:15\",\n"
            "bir vakit girdiği dakikada \"Öğle vakti\"), ikinci satırda okunuşu; kerahat vaktinde bunu da söyler.\n"
            "--format json tüm durumu bir JSON nesnesi olarak, --format waybar waybar'ın özel modülü için\n"
-           "tek satır JSON olarak yazar (class: adhan, kerahat ya da normal). Ramazan günlerinde İmsak\n"
-           "\"Sahur\", Akşam \"İftar\" olarak anılır. Yer ve kaynak seçenekleri times komutundakilerle aynıdır.\n\n"
+           "tek satır JSON olarak yazar (class: adhan, kerahat ya da normal); --format line yalnız başlığı\n"
+           "(polybar, i3blocks), --format genmon XFCE'nin Genel İzleyici eklentisi için metni, ipucunu ve\n"
+           "tıklayınca Orvel'in panelini açan komutu yazar. Ramazan günlerinde İmsak \"Sahur\", Akşam\n"
+           "\"İftar\" olarak anılır. Yer ve kaynak seçenekleri times komutundakilerle aynıdır.\n\n"
+           "--follow ile komut açık kalır ve gösterdiği değiştikçe yeni bir satır yazar (text biçimi iki\n"
+           "satır): Orvel çalışıyorsa oturum veri yolundan durumunu izler ve simgesinin söylediğini yazar,\n"
+           "çalışmıyorsa kendi saatine göre her saniye bakar. Yer ya da yöntem verilirse hep kendi saatine bakar.\n\n"
            "Seçenekler:\n"
         + optionTable(choices).help();
 }
@@ -195,21 +298,14 @@ int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &
         return 0;
     }
     const Request request = parse(args, clock);
+    if (request.follow)
+        return FollowLoop::run(request, clock, out);
     const DaysAnswer answer = request.sources.daySource(clock)(days(request), request.location, request.method);
-    const Moment now = moment(request, answer);
-    switch (request.format) {
-    case Format::text:
+    if (request.format == Format::text) {
         if (const auto notice = request.sources.fallbackNotice(answer))
             err << *notice << '\n';
-        out << text(now);
-        break;
-    case Format::json:
-        out << json(request, now);
-        break;
-    case Format::waybar:
-        out << waybar(request, now);
-        break;
     }
+    out << output(request, moment(request, answer));
     return 0;
 }
 

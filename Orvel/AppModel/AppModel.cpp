@@ -75,6 +75,7 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     customSoundName_ = settings.customSoundName;
     soundVolume_ = settings.soundVolume;
     quietHours_ = settings.quietHours;
+    iconRemaining_ = settings.iconRemaining;
 
     if (!startServices)
         return;
@@ -106,6 +107,7 @@ void AppModel::adoptStoredSettings()
     adopt(customSoundName_, stored.customSoundName, &AppModel::setCustomSoundName);
     adopt(soundVolume_, stored.soundVolume, &AppModel::setSoundVolume);
     adopt(quietHours_, stored.quietHours, &AppModel::setQuietHours);
+    adopt(iconRemaining_, stored.iconRemaining, &AppModel::setIconRemaining);
 }
 
 AppModel::~AppModel()
@@ -229,6 +231,12 @@ void AppModel::setQuietHours(const QuietHours &hours)
     assign(quietHours_, hours, &AppModel::quietHoursChanged);
     d->checksPending = true;
     rescheduleNotifications();
+}
+
+void AppModel::setIconRemaining(std::optional<bool> shown)
+{
+    Defaults::writeIconRemaining(shown);
+    assign(iconRemaining_, shown, &AppModel::iconRemainingChanged);
 }
 
 void AppModel::toggleNotification(Prayer prayer)

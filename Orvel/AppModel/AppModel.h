@@ -87,6 +87,10 @@ public:
     void setSoundVolume(double volume);
     const QuietHours &quietHours() const { return quietHours_; }
     void setQuietHours(const QuietHours &hours);
+    // "Simgede kalan süre": the time left drawn into the square tray icon; none leaves it to the
+    // panel (see showsIconRemaining).
+    std::optional<bool> iconRemaining() const { return iconRemaining_; }
+    void setIconRemaining(std::optional<bool> shown);
 
     // State (not persisted).
     const std::optional<DayTimes> &today() const { return today_; }
@@ -114,6 +118,9 @@ public:
     // The status image of a style (the snapshot draws every style), and the spoken label.
     StatusImage::Image menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
     QString accessibilityLabel() const;
+    // Whether the tray icon carries the time left: the setting when chosen, else only where the
+    // panel shows no title beside the icon.
+    bool showsIconRemaining(bool panelShowsLabel) const { return iconRemaining_.value_or(!panelShowsLabel); }
 
     // Takes on what another program stored in the settings (orvel-cli choosing a place), as if
     // each changed setting had been set here.
@@ -143,6 +150,7 @@ signals:
     void customSoundNameChanged();
     void soundVolumeChanged();
     void quietHoursChanged();
+    void iconRemainingChanged();
     void todayChanged();
     void tomorrowChanged();
     void sourceChanged();
@@ -188,6 +196,7 @@ private:
     std::optional<QString> customSoundName_;
     double soundVolume_ = 0.8;
     QuietHours quietHours_;
+    std::optional<bool> iconRemaining_;
 
     std::optional<DayTimes> today_;
     std::optional<DayTimes> tomorrow_;

@@ -131,6 +131,8 @@ QString name(Key key)
         return QStringLiteral("soundVolume");
     case Key::quietHours:
         return QStringLiteral("quietHours");
+    case Key::iconRemaining:
+        return QStringLiteral("iconRemaining");
     }
     return {};
 }
@@ -286,6 +288,7 @@ Settings load()
         settings.soundVolume = *volume;
     if (const auto hours = decode<QuietHours>(Key::quietHours); hours && isUsable(*hours))
         settings.quietHours = *hours;
+    settings.iconRemaining = boolean(Key::iconRemaining);
     return settings;
 }
 
@@ -300,6 +303,14 @@ void writeNotified(const std::set<Prayer::Value> &prayers)
 void writeCustomSoundName(const std::optional<QString> &soundName)
 {
     write(Key::customSoundName, soundName.value_or(QString()));
+}
+
+void writeIconRemaining(std::optional<bool> shown)
+{
+    if (shown)
+        write(Key::iconRemaining, *shown);
+    else
+        store().remove(name(Key::iconRemaining));
 }
 
 } // namespace orvel::Defaults

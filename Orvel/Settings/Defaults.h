@@ -24,7 +24,7 @@
 
 namespace orvel {
 
-// The persisted settings: the per-user store, its 14 keys, their stored forms, and the rules
+// The persisted settings: the per-user store, its 15 keys, their stored forms, and the rules
 // that turn whatever is stored into a valid setting.
 //
 // The store is QSettings; in its INI form (Linux) every value written by an earlier run comes
@@ -47,12 +47,13 @@ enum class Key {
     customSoundName, // string, "" when there is none
     soundVolume,     // number, 0…1
     quietHours,      // JSON of QuietHours, as data
+    iconRemaining,   // boolean, "Simgede kalan süre"; absent: as suits the panel
 };
 
-constexpr std::array<Key, 14> allKeys{
+constexpr std::array<Key, 15> allKeys{
     Key::location,    Key::method,         Key::menuBarStyle, Key::notified,       Key::reminder,
     Key::kerahatShow, Key::kerahatDot,     Key::kerahatNotify, Key::kerahatMinutes, Key::ramadanMode,
-    Key::adhanSound,  Key::customSoundName, Key::soundVolume,  Key::quietHours};
+    Key::adhanSound,  Key::customSoundName, Key::soundVolume,  Key::quietHours,     Key::iconRemaining};
 
 // The stored name of the key ("location", "kerahatShow", …).
 QString name(Key key);
@@ -118,6 +119,9 @@ struct Settings {
     std::optional<QString> customSoundName;
     double soundVolume = 0.8;
     QuietHours quietHours;
+    // The time left drawn into the square tray icon; none leaves it to the panel: on where the
+    // panel shows no text beside the icon, off where it does.
+    std::optional<bool> iconRemaining;
 };
 
 // The stored settings, each one that is missing or unusable replaced by its default.
@@ -126,6 +130,8 @@ Settings load();
 // The stored forms of the settings that are not plain values.
 void writeNotified(const std::set<Prayer::Value> &prayers);
 void writeCustomSoundName(const std::optional<QString> &name);
+// None removes the key, so that the panel decides again.
+void writeIconRemaining(std::optional<bool> shown);
 
 } // namespace Defaults
 

@@ -4,6 +4,7 @@
 #include "DBusMenu.h"
 #include "StatusNotifierItem.h"
 #include "StatusText.h"
+#include "TrayHost.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
@@ -59,8 +60,10 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
         if (contextMenu_)
             contextMenu_->popup(position);
     });
-    // A panel that starts (or restarts) after Orvel gets the item again.
+    // A panel that starts (or restarts) after Orvel gets the item again. It may be another kind
+    // of panel; the icon follows from the next minute's picture on.
     connect(watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        panelShowsLabel_ = TrayHost::showsLabel(connection_);
         if (shown_)
             registerWithWatcher();
         refreshAvailability();
@@ -71,6 +74,7 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
                         QString::fromLatin1(watcherInterface), QStringLiteral("StatusNotifierHostRegistered"), this,
                         SLOT(refreshAvailability()));
     available_ = isAvailable();
+    panelShowsLabel_ = TrayHost::showsLabel(connection_);
 }
 
 DBusStatusItem::~DBusStatusItem()
@@ -131,11 +135,11 @@ void DBusStatusItem::registerWithWatcher()
 void DBusStatusItem::update(const AppModel &model)
 {
     const StatusLine line = model.statusLine();
-    const Picture picture{line.state, Colors::current()};
+    const Picture picture{TrayPicture::face(model, panelShowsLabel_), Colors::current()};
     if (picture != picture_) {
         SniPixmaps pixmaps;
         for (const int size : iconSizes)
-            pixmaps << SniPixmap::from(TrayPicture::image(picture.state, picture.appearance, size));
+            pixmaps << SniPixmap::from(TrayPicture::image(picture.face, picture.appearance, size));
         item_->setPixmaps(pixmaps);
         picture_ = picture;
         ++redrawCount_;

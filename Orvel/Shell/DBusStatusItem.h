@@ -35,6 +35,7 @@ public:
     void update(const AppModel &model) override;
     void setMenu(QMenu *menu) override;
     QRect geometry() const override { return {}; }
+    bool panelShowsLabel() const override { return panelShowsLabel_; }
 
     const QString &serviceName() const { return serviceName_; }
     const StatusNotifierItem &item() const { return *item_; }
@@ -45,7 +46,7 @@ private slots:
 
 private:
     struct Picture {
-        TrayPicture::State state;
+        TrayPicture::Face face;
         Appearance appearance;
         bool operator==(const Picture &) const = default;
     };
@@ -60,6 +61,7 @@ private:
     QDBusServiceWatcher *watcher_;
     bool shown_ = false;
     bool available_ = false;
+    bool panelShowsLabel_ = false;
     std::optional<Picture> picture_;
     int redrawCount_ = 0;
 };

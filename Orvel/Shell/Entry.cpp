@@ -9,6 +9,7 @@
 #include "SingleInstance.h"
 #include "Snapshot.h"
 #include "StatusItem.h"
+#include "StatusService.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -74,6 +75,7 @@ int runApplication(int argc, char **argv)
     const SettingsWatcher settingsWatcher(Defaults::store().fileName());
     QObject::connect(&settingsWatcher, &SettingsWatcher::changed, &app.model(), &AppModel::adoptStoredSettings);
     QObject::connect(&instance, &SingleInstance::showRequested, &app, &OrvelApp::showPanel);
+    app.publishTo(*StatusService::createForPlatform(&app));
     const QuitSignals *quitSignals = QuitSignals::createForPlatform(&application);
     QObject::connect(quitSignals, &QuitSignals::quitRequested, &application, &QCoreApplication::quit);
     app.start();

@@ -7,6 +7,7 @@
 #include "PopoverView.h"
 #include "SettingsView.h"
 #include "StatusItem.h"
+#include "StatusService.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -87,6 +88,15 @@ void OrvelApp::openImsakiye()
 void OrvelApp::openSettings()
 {
     windows_.open(QString::fromLatin1(Windows::settings));
+}
+
+void OrvelApp::publishTo(StatusService &service)
+{
+    connect(model_.get(), &AppModel::changed, &service, [this, &service] { service.publish(PublishedStatus::of(*model_)); });
+    connect(&service, &StatusService::showPanelRequested, this, &OrvelApp::showPanel);
+    connect(&service, &StatusService::openImsakiyeRequested, this, &OrvelApp::openImsakiye);
+    connect(&service, &StatusService::openSettingsRequested, this, &OrvelApp::openSettings);
+    service.publish(PublishedStatus::of(*model_));
 }
 
 QRect OrvelApp::anchor(QPoint position) const

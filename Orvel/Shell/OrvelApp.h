@@ -15,6 +15,7 @@ namespace orvel {
 class AppModel;
 class Panel;
 class StatusItem;
+class StatusService;
 
 // The running application: the one model, the status item with its menu, the panel that shows
 // the popover, and the windows opened from it. There is no main window.
@@ -37,6 +38,8 @@ public:
     void showPanel();
     void openImsakiye();
     void openSettings();
+    // Keeps the service told of the status and answers its requests.
+    void publishTo(StatusService &service);
 
 private:
     void followStatusItem(bool available);

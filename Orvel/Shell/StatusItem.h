@@ -32,6 +32,9 @@ public:
     virtual void setMenu(QMenu *menu) = 0;
     // Where the item is on screen; an empty rectangle when the host does not say.
     virtual QRect geometry() const = 0;
+    // Whether the panel shows the title beside the icon; where it does not, the icon carries the
+    // time left unless the user chose otherwise.
+    virtual bool panelShowsLabel() const { return false; }
 
 signals:
     // A plain click, at `position` when the host says where, else at a null point.

@@ -31,9 +31,9 @@ void TrayStatusItem::show()
 void TrayStatusItem::update(const AppModel &model)
 {
     const StatusLine line = model.statusLine();
-    const Picture picture{line.state, Colors::current()};
+    const Picture picture{TrayPicture::face(model, panelShowsLabel()), Colors::current()};
     if (picture != picture_) {
-        tray_->setIcon(TrayPicture::icon(picture.state, picture.appearance));
+        tray_->setIcon(TrayPicture::icon(picture.face, picture.appearance));
         picture_ = picture;
         ++redrawCount_;
     }

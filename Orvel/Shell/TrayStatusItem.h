@@ -31,7 +31,7 @@ public:
 
 private:
     struct Picture {
-        TrayPicture::State state;
+        TrayPicture::Face face;
         Appearance appearance;
         bool operator==(const Picture &) const = default;
     };

@@ -57,6 +57,12 @@ TEST(Calendars, civilTimeAndStartOfDayAroundClockChanges)
     const Instant autumnStart = Calendars::startOfDay(2025, 4, 6, santiago);
     EXPECT_EQ(autumnStart, utc(2025, 4, 6, 4));
     EXPECT_EQ(DayKey::from(autumnStart - 1, santiago), (DayKey{2025, 4, 5}));
+
+    // ISO 8601 carries the offset in force at the instant, half hours and west of Greenwich too.
+    EXPECT_EQ(Calendars::iso8601(utc(2025, 10, 26, 0, 30), berlin), "2025-10-26T02:30:00+02:00");
+    EXPECT_EQ(Calendars::iso8601(utc(2025, 10, 26, 1, 30), berlin), "2025-10-26T02:30:00+01:00");
+    EXPECT_EQ(Calendars::iso8601(utc(2025, 6, 21, 6, 5, 9), TimeZone::named("America/St_Johns")), "2025-06-21T03:35:09-02:30");
+    EXPECT_EQ(Calendars::iso8601(utc(2025, 6, 21, 18, 40), TimeZone::named("Asia/Kolkata")), "2025-06-22T00:10:00+05:30");
 }
 
 // Official first days of Ramadan in the Umm al-Qura calendar of Saudi Arabia.

@@ -127,6 +127,11 @@ TEST(StatusText, titleLabelAndRamadanFlags)
     EXPECT_EQ(line(beforeAksam, before, true, false), (StatusLine{"Akşam 1:15", "Akşam ezanına 1 saat 15 dakika kaldı, kerahat vakti", State::normal}));
     EXPECT_EQ(line(beforeAksam, before, false, true, MenuBarStyle::iconOnly), (StatusLine{"", "Akşam ezanına 1 saat 15 dakika kaldı", State::normal}));
     EXPECT_EQ(StatusText::line(MenuBarStyle::nameAndRemaining, {}, istanbul), (StatusLine{"", "Orvel", State::normal}));
+    // The states by the names other programs read them by.
+    for (const State state : {State::normal, State::kerahat, State::entry})
+        EXPECT_EQ(StatusText::stateFromName(StatusText::stateName(state)), state);
+    EXPECT_EQ(StatusText::stateName(State::entry), "entry");
+    EXPECT_EQ(StatusText::stateFromName("adhan"), std::nullopt);
 
     // Ramadan wording follows the day of the next time.
     EXPECT_FALSE(StatusText::isRamadanToday(true, lastOfSaban));

@@ -46,6 +46,7 @@ TEST(Cli, badInputGivesStatusTwoAndOneLine)
         {{"status", "--now", "2025-06-21 13:11"}, "geçersiz an: 2025-06-21 13:11"},
         {{"status", "--now", "2025-02-29T10:00"}, "2025-02-29T10:00"},
         {{"status", "--format", "xml"}, "geçersiz biçim: xml"},
+        {{"status", "--follow", "--now", "2025-06-21T13:11"}, "--follow ile --now"},
         {{"weather"}, "weather"},
         {{}, "komut"},
     };

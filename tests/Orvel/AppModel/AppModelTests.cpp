@@ -294,6 +294,10 @@ TEST(AppModelSettings, FirstStartGivesEveryDefaultAndWritesNothing)
     EXPECT_EQ(model->customSoundName(), std::nullopt);
     EXPECT_DOUBLE_EQ(model->soundVolume(), 0.8);
     EXPECT_EQ(model->quietHours(), (QuietHours{false, 1380, 420}));
+    EXPECT_EQ(model->iconRemaining(), std::nullopt);
+    // Left to the panel: the time left in the icon only where no title shows beside it.
+    EXPECT_TRUE(model->showsIconRemaining(false));
+    EXPECT_FALSE(model->showsIconRemaining(true));
     EXPECT_TRUE(Defaults::store().allKeys().isEmpty());
 }
 
@@ -303,7 +307,8 @@ TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
     const QString path = harness.folder.filePath("odd.conf");
     useStoreFile(path, "notified=@Invalid()\nkerahatMinutes=30\ncustomSoundName=\nmethod=hanafi\n"
                        "menuBarStyle=remaining\nreminder=abc\nkerahatShow=maybe\nkerahatDot=0\nsoundVolume=loud\n"
-                       "location=not json\nquietHours=@ByteArray({\\\"enabled\\\":true})\nadhanSound=Chime\n");
+                       "location=not json\nquietHours=@ByteArray({\\\"enabled\\\":true})\nadhanSound=Chime\n"
+                       "iconRemaining=maybe\n");
     auto model = harness.model();
     EXPECT_EQ(model->notifiedPrayers(), Set{});
     EXPECT_EQ(model->kerahatMinutes(), 45);
@@ -317,14 +322,17 @@ TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
     EXPECT_EQ(model->location(), Location::istanbul());
     EXPECT_EQ(model->quietHours(), QuietHours());
     EXPECT_EQ(model->adhanSound(), AdhanSound::system);
+    EXPECT_EQ(model->iconRemaining(), std::nullopt);
 
-    useStoreFile(path, "notified=ogle, bogus\nkerahatMinutes=50\nadhanSound=chime\n"
+    useStoreFile(path, "notified=ogle, bogus\nkerahatMinutes=50\nadhanSound=chime\niconRemaining=0\n"
                        "location=@ByteArray({\\\"name\\\":\\\"Far\\\",\\\"latitude\\\":400,\\\"longitude\\\":0,"
                        "\\\"timeZoneID\\\":\\\"UTC\\\"})\n");
     model = harness.model();
     EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::ogle});
     EXPECT_EQ(model->kerahatMinutes(), 50);
     EXPECT_EQ(model->adhanSound(), AdhanSound::chime);
+    EXPECT_EQ(model->iconRemaining(), false);
+    EXPECT_FALSE(model->showsIconRemaining(false)) << "the user's choice wins over the panel";
     EXPECT_EQ(model->location(), Location::istanbul()) << "a latitude of 400 is no place";
 }
 
@@ -343,9 +351,19 @@ TEST(AppModelSettings, FormsThatTripUpTheStoreAreReadBackByTheNextRun)
 
     model->setNotifiedPrayers({});
     model->setCustomSoundName(std::nullopt);
+    model->setIconRemaining(true);
     harness.reopenStore();
     EXPECT_EQ(harness.model()->notifiedPrayers(), Set{});
     EXPECT_EQ(harness.model()->customSoundName(), std::nullopt);
+    EXPECT_EQ(harness.model()->iconRemaining(), true);
+
+    // Back to the panel's choice: nothing is stored, and a change is told once.
+    model = harness.model();
+    QSignalSpy iconRemaining(model.get(), &AppModel::iconRemainingChanged);
+    model->setIconRemaining(std::nullopt);
+    model->setIconRemaining(std::nullopt);
+    EXPECT_EQ(iconRemaining.count(), 1);
+    EXPECT_FALSE(Defaults::store().contains(QStringLiteral("iconRemaining")));
 }
 
 TEST(AppModelSettings, EqualAssignmentsStayQuiet)

@@ -40,6 +40,8 @@ public:
         daemon_.waitForFinished();
     }
 
+    const QString &address() const { return address_; }
+
     QDBusConnection connect()
     {
         static int count = 0;

@@ -13,31 +13,8 @@
 
 using namespace orvel;
 
-namespace {
-
-struct FakeStatusItem : StatusItem {
-    explicit FakeStatusItem(bool available) : available(available) {}
-    bool isAvailable() const override { return available; }
-    void show() override { shown = true; }
-    void update(const AppModel &) override { ++updates; }
-    void setMenu(QMenu *items) override { menu = items; }
-    QRect geometry() const override { return {600, 0, 24, 24}; }
-
-    bool available;
-    bool shown = false;
-    int updates = 0;
-    QMenu *menu = nullptr;
-};
-
-int visibleWindowsTitled(const QString &title)
-{
-    int count = 0;
-    for (QWidget *widget : QApplication::topLevelWidgets())
-        count += widget->isVisible() && widget->windowTitle() == title ? 1 : 0;
-    return count;
-}
-
-} // namespace
+using test::FakeStatusItem;
+using test::visibleWindowsTitled;
 
 TEST(OrvelApp, StatusItemMenuAndPanel)
 {

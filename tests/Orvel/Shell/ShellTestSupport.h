@@ -6,10 +6,13 @@
 #include "PrayerCalculator.h"
 #include "PrayerRepository.h"
 #include "Snapshot.h"
+#include "StatusItem.h"
 
+#include <QApplication>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QWidget>
 
 #include <memory>
 #include <stdexcept>
@@ -55,5 +58,28 @@ struct OfflineModel {
         current->tick();
     }
 };
+
+// A status item that only counts what the application asks of it.
+struct FakeStatusItem : StatusItem {
+    explicit FakeStatusItem(bool available) : available(available) {}
+    bool isAvailable() const override { return available; }
+    void show() override { shown = true; }
+    void update(const AppModel &) override { ++updates; }
+    void setMenu(QMenu *items) override { menu = items; }
+    QRect geometry() const override { return {600, 0, 24, 24}; }
+
+    bool available;
+    bool shown = false;
+    int updates = 0;
+    QMenu *menu = nullptr;
+};
+
+inline int visibleWindowsTitled(const QString &title)
+{
+    int count = 0;
+    for (QWidget *widget : QApplication::topLevelWidgets())
+        count += widget->isVisible() && widget->windowTitle() == title ? 1 : 0;
+    return count;
+}
 
 } // namespace orvel::test

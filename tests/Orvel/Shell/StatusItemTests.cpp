@@ -3,12 +3,14 @@
 #include "OrvelFormat.h"
 #include "ShellTestSupport.h"
 #include "StatusNotifierItem.h"
+#include "TrayHost.h"
 #include "TrayPicture.h"
 #include "TrayStatusItem.h"
 
 #include <gtest/gtest.h>
 
 #include <QDBusPendingCall>
+#include <QDir>
 #include <QMenu>
 #include <QMutex>
 #include <QProcess>
@@ -78,6 +80,40 @@ int pixelsNear(const QImage &picture, const QColor &color)
     });
 }
 
+// The bounding box of the pixels that carry ink in the given colour.
+QRect inkBox(const QImage &picture, const QColor &color)
+{
+    QRect box;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb pixel = picture.pixel(x, y);
+            if (qAlpha(pixel) > 128 && std::abs(qRed(pixel) - color.red()) < 60 && std::abs(qBlue(pixel) - color.blue()) < 60)
+                box |= QRect(x, y, 1, 1);
+        }
+    return box;
+}
+
+// How many pixels differ from the reference by more than antialiasing would explain.
+int pixelsApart(const QImage &picture, const QImage &reference)
+{
+    const QImage a = picture.convertToFormat(QImage::Format_ARGB32);
+    const QImage b = reference.convertToFormat(QImage::Format_ARGB32);
+    int apart = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y), q = b.pixel(x, y);
+            const int difference = std::max({std::abs(qAlpha(p) - qAlpha(q)), std::abs(qRed(p) - qRed(q)),
+                                             std::abs(qGreen(p) - qGreen(q)), std::abs(qBlue(p) - qBlue(q))});
+            apart += difference > 48 ? 1 : 0;
+        }
+    return apart;
+}
+
+QColor glyph(Appearance appearance)
+{
+    return appearance == Appearance::light ? QColor(30, 30, 30) : QColor(245, 245, 245);
+}
+
 } // namespace
 
 TEST(StatusNotifierItem, PixmapsAreArgbInNetworkOrder)
@@ -128,6 +164,8 @@ TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
         panelThread.wait();
     });
     EXPECT_TRUE(item.isAvailable());
+    // The watcher's owner is this test program, a panel that shows no title beside the icon.
+    EXPECT_EQ(TrayHost::watcherProgram(orvelSide), QCoreApplication::applicationName().left(15));
     ASSERT_TRUE(QTest::qWaitFor([&] { return availability.count() >= 1; }, 5000));
     EXPECT_EQ(availability.count(), 1) << "only a real change is told";
     EXPECT_TRUE(availability.first().first().toBool());
@@ -208,6 +246,96 @@ TEST(TrayPicture, StatesAreDrawnIntoTheSquare)
         EXPECT_GT(pixelsNear(entry, Colors::orvelPill()), 400);
         EXPECT_GT(pixelsNear(entry, Qt::white), 40);
     }
+}
+
+TEST(TrayPicture, TimeLeftInAtMostThreeCharacters)
+{
+    const std::pair<int64_t, const char *> cases[] = {{0, "0"}, {7, "7"}, {59, "59"}, {60, "1s"},
+                                                      {119, "1s"}, {600, "10s"}, {1439, "23s"}};
+    for (const auto &[minutes, text] : cases)
+        EXPECT_EQ(TrayPicture::remainingText(minutes), QString::fromUtf8(text)) << minutes;
+}
+
+// The references were drawn by this code and checked by eye; ORVEL_RENDER_REFERENCES=folder
+// draws them again.
+TEST(TrayPicture, TimeLeftUnderTheCrescentAtEverySizeAndAppearance)
+{
+    const QDir references(QStringLiteral(ORVEL_TRAY_REFERENCES));
+    const QString renderTo = qEnvironmentVariable("ORVEL_RENDER_REFERENCES");
+    const TrayPicture::Face faces[] = {{TrayPicture::State::normal, "7"}, {TrayPicture::State::normal, "49"},
+                                       {TrayPicture::State::kerahat, "23"}, {TrayPicture::State::normal, "2s"},
+                                       {TrayPicture::State::normal, "10s"}};
+    for (const int pixels : {22, 32, 44})
+        for (const Appearance appearance : {Appearance::light, Appearance::dark})
+            for (const TrayPicture::Face &face : faces) {
+                const QString name = QStringLiteral("%1-%2-%3%4.png")
+                                         .arg(pixels)
+                                         .arg(appearance == Appearance::light ? "light" : "dark", face.remaining,
+                                              face.state == TrayPicture::State::kerahat ? "-kerahat" : "");
+                SCOPED_TRACE(name.toStdString());
+                const QImage picture = TrayPicture::image(face, appearance, pixels);
+                if (!renderTo.isEmpty()) {
+                    picture.save(QDir(renderTo).filePath(name));
+                    continue;
+                }
+                const QImage reference(references.filePath(name));
+                ASSERT_EQ(reference.size(), picture.size());
+                EXPECT_LE(pixelsApart(picture, reference), pixels / 11) << "a pixel or two may differ, no more";
+
+                // Whatever the references say: the digits sit in the lower half inside the square, the
+                // crescent above them, and the dot only in kerahat.
+                const QRect ink = inkBox(picture, glyph(appearance));
+                EXPECT_TRUE(QRect(0, 0, pixels, pixels).contains(ink));
+                EXPECT_GE(ink.bottom(), pixels * 0.85);
+                EXPECT_LE(ink.top(), pixels * 0.1);
+                const QImage lower = picture.copy(0, pixels / 2 + 1, pixels, pixels / 2 - 1);
+                EXPECT_GT(inkBox(lower, glyph(appearance)).width(), pixels * 0.15);
+                const bool dot = pixelsNear(picture, Colors::systemOrange(appearance)) > 0;
+                EXPECT_EQ(dot, face.state == TrayPicture::State::kerahat);
+            }
+    // Digits of equal width: the countdown does not move sideways as it ticks.
+    const auto width = [](const char *text) {
+        return inkBox(TrayPicture::image({TrayPicture::State::normal, text}, Appearance::light, 22).copy(0, 12, 22, 10),
+                      glyph(Appearance::light)).width();
+    };
+    EXPECT_LE(std::abs(width("18") - width("40")), 2);
+}
+
+// The setting wins; left alone, the icon carries the time only where no title is shown beside it.
+TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
+{
+    const DayTimes day = test::testDay();
+    test::OfflineModel offline(day[Prayer::ikindi] - 49 * 60);
+    AppModel &model = *offline.model;
+    EXPECT_EQ(model.iconRemaining(), std::nullopt);
+    EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::normal, "49"}));
+    EXPECT_EQ(TrayPicture::face(model, true), (TrayPicture::Face{TrayPicture::State::normal, ""}));
+    model.setIconRemaining(true);
+    EXPECT_EQ(TrayPicture::face(model, true).remaining, "49");
+    model.setIconRemaining(false);
+    EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
+    model.setIconRemaining(std::nullopt);
+    // The entry minute has its green disc alone.
+    offline.moveTo(day[Prayer::ikindi] + 5);
+    EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::entry, ""}));
+    // Then the hours to Akşam.
+    offline.moveTo(day[Prayer::ikindi] + 65);
+    EXPECT_TRUE(TrayPicture::face(model, false).remaining.endsWith(u's'));
+}
+
+TEST(TrayHost, TheWatchersProgramDecidesElseTheDesktop)
+{
+    EXPECT_TRUE(TrayHost::showsLabel("gnome-shell", "KDE"));
+    EXPECT_TRUE(TrayHost::showsLabel("ayatana-indicat", "XFCE"));
+    EXPECT_TRUE(TrayHost::showsLabel("indicator-appli", ""));
+    EXPECT_FALSE(TrayHost::showsLabel("kded5", "KDE"));
+    EXPECT_FALSE(TrayHost::showsLabel("xfce4-panel", "XFCE"));
+    EXPECT_FALSE(TrayHost::showsLabel("waybar", "GNOME")) << "the program knows better than the desktop's name";
+    EXPECT_TRUE(TrayHost::showsLabel("", "ubuntu:GNOME"));
+    EXPECT_TRUE(TrayHost::showsLabel("", "gnome"));
+    EXPECT_FALSE(TrayHost::showsLabel("", "Budgie:GNOME"));
+    EXPECT_FALSE(TrayHost::showsLabel("", "KDE"));
+    EXPECT_FALSE(TrayHost::showsLabel("", ""));
 }
 
 // The tray follows the model minute by minute but draws a new picture only when it changes.

@@ -1,0 +1,37 @@
+#include "StatusService.h"
+
+#include "AppModel.h"
+#include "Calendars.h"
+
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+#include "DBusStatusService.h"
+#endif
+
+namespace orvel {
+
+PublishedStatus PublishedStatus::of(const AppModel &model)
+{
+    const MenuBarStyle chosen = model.menuBarStyle();
+    const MenuBarStyle style = chosen == MenuBarStyle::iconOnly ? MenuBarStyle(MenuBarStyle::nameAndRemaining) : chosen;
+    const StatusLine line = model.statusLine(style);
+    PublishedStatus status;
+    status.title = QString::fromStdString(line.text);
+    status.label = QString::fromStdString(line.label);
+    status.state = QString::fromUtf8(StatusText::stateName(line.state));
+    if (const std::optional<PrayerStatus> now = model.status()) {
+        status.nextName = QString::fromUtf8(now->next.displayName(model.nextIsRamadan()));
+        status.nextMoment = QString::fromStdString(Calendars::iso8601(now->nextTime, model.zone()));
+    }
+    return status;
+}
+
+StatusService *StatusService::createForPlatform(QObject *parent)
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    return new DBusStatusService(QDBusConnection::sessionBus(), parent);
+#else
+    return new StatusService(parent);
+#endif
+}
+
+} // namespace orvel
