@@ -1,6 +1,7 @@
 #include "OrvelApp.h"
 
 #include "AppModel.h"
+#include "GeneralSettingsView.h"
 #include "ImsakiyeView.h"
 #include "LocationService.h"
 #include "Panel.h"
@@ -28,7 +29,11 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
         return view;
     });
     windows_.setFactory(QString::fromLatin1(Windows::settings),
-                        [this] { return new SettingsView(*model_, LocationService::create()); });
+                        [this] {
+                            auto *settings = new SettingsView(*model_, LocationService::create());
+                            settings->general()->setPanelShowsLabel(statusItem_->panelShowsLabel());
+                            return settings;
+                        });
 
     panel_->setContent(new PopoverView(
         *model_, [this] { openImsakiye(); }, [this] { openSettings(); }, [] { QCoreApplication::quit(); }));

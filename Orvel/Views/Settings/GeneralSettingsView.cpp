@@ -177,6 +177,11 @@ QWidget *GeneralSettingsView::makeMenuBarSection()
     preview_ = new PreviewPlate;
     preview_->setAccessibleName(QStringLiteral("Önizleme"));
     section->addRow(row(QStringLiteral("Önizleme"), preview_));
+
+    iconRemaining_ = new Switch(QStringLiteral("Simgede kalan süre"));
+    connect(iconRemaining_, &Switch::clicked, this, [this](bool on) { model_.setIconRemaining(on); });
+    section->addRow(row(QStringLiteral("Simgede kalan süre"), iconRemaining_,
+                        QStringLiteral("Başlığı göstermeyen panellerde dakikalar simgenin altında yazar")));
     return section;
 }
 
@@ -225,7 +230,17 @@ void GeneralSettingsView::refresh()
         const QSignalBlocker blocker(ramadan_);
         ramadan_->setChecked(model_.ramadanMode());
     }
+    {
+        const QSignalBlocker blocker(iconRemaining_);
+        iconRemaining_->setChecked(model_.showsIconRemaining(panelShowsLabel_));
+    }
     refreshPreview();
+}
+
+void GeneralSettingsView::setPanelShowsLabel(bool shows)
+{
+    panelShowsLabel_ = shows;
+    refresh();
 }
 
 void GeneralSettingsView::refreshPreview()

@@ -46,6 +46,9 @@ public:
     void search();
     void useCurrentLocation();
     void setLaunchAtLogin(bool on);
+    // Whether the desktop's panel shows the status item's title; without it the icon carries the
+    // time left unless the user said otherwise.
+    void setPanelShowsLabel(bool shows);
 
     const std::vector<Location> &results() const { return results_; }
     bool isSearching() const { return isSearching_; }
@@ -61,6 +64,7 @@ public:
     QComboBox *methodPicker() const { return method_; }
     SettingsForm::Segments *styleSegments() const { return style_; }
     QLabel *preview() const { return preview_; }
+    SettingsForm::Switch *iconRemainingSwitch() const { return iconRemaining_; }
     SettingsForm::Switch *ramadanSwitch() const { return ramadan_; }
     SettingsForm::Switch *loginSwitch() const { return login_; }
 
@@ -99,6 +103,8 @@ private:
     QComboBox *method_ = nullptr;
     SettingsForm::Segments *style_ = nullptr;
     QLabel *preview_ = nullptr;
+    SettingsForm::Switch *iconRemaining_ = nullptr;
+    bool panelShowsLabel_ = false;
     SettingsForm::Switch *ramadan_ = nullptr;
     SettingsForm::Switch *login_ = nullptr;
     QLabel *loginError_ = nullptr;

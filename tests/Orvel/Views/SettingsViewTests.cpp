@@ -228,6 +228,14 @@ TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
     EXPECT_EQ(view.styleSegments()->current(), 1);
     EXPECT_EQ(view.placeLabel()->text(), "Berlin");
     EXPECT_FALSE(view.preview()->pixmap().isNull());
+
+    // The time left on the icon: on by default where the panel shows no title, then as chosen.
+    EXPECT_TRUE(view.iconRemainingSwitch()->isChecked());
+    view.setPanelShowsLabel(true);
+    EXPECT_FALSE(view.iconRemainingSwitch()->isChecked());
+    view.iconRemainingSwitch()->click();
+    EXPECT_EQ(model->iconRemaining(), std::optional(true));
+    EXPECT_TRUE(view.iconRemainingSwitch()->isChecked());
 }
 
 TEST_F(SettingsViewTest, AFailedAutostartWriteIsExplainedAndTheSwitchStaysOff)
