@@ -169,10 +169,6 @@ std::string help()
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
-    if (wantsHelp(args)) {
-        out << help();
-        return 0;
-    }
     const Request request = parse(args, clock);
     const Page page = load(request, request.sources.daySource(clock));
     if (request.json) {

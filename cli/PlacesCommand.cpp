@@ -79,10 +79,6 @@ std::string help()
 
 int run(const std::vector<std::string> &args, const Clock &, std::ostream &out, std::ostream &err)
 {
-    if (wantsHelp(args)) {
-        out << help();
-        return 0;
-    }
     const Request request = parse(args);
     const PlaceFinder finder(Geocoder(request.searchURL, std::string(Geocoder::defaultReverseURL), searchTimeout));
     PlaceFinder::Search found;

@@ -122,10 +122,6 @@ std::string help()
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
-    if (wantsHelp(args)) {
-        out << help();
-        return 0;
-    }
     const Request request = parse(args, clock);
     const DaysAnswer answer = request.sources.daySource(clock)(request.days(), request.location, request.method);
     if (request.json) {

@@ -23,13 +23,17 @@ struct Command {
     std::string_view name;
     std::string_view summary;
     int (*run)(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err);
+    // Help wins over every other option, so a command never runs with --help.
+    std::string (*help)();
 };
 
 constexpr std::array<Command, 4> commands{{
-    {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run},
-    {"status", "sıradaki vakit ve kalan süre (metin, --format json ya da waybar)", cli::StatusCommand::run},
-    {"places", "yer ara; --choose N ile uygulamanın yerini seç", cli::PlacesCommand::run},
-    {"imsakiye", "haftalık, aylık ya da Ramazan imsakiyesi (tablo ya da --json)", cli::ImsakiyeCommand::run},
+    {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run, cli::TimesCommand::help},
+    {"status", "sıradaki vakit ve kalan süre (metin, --format json ya da waybar)", cli::StatusCommand::run,
+     cli::StatusCommand::help},
+    {"places", "yer ara; --choose N ile uygulamanın yerini seç", cli::PlacesCommand::run, cli::PlacesCommand::help},
+    {"imsakiye", "haftalık, aylık ya da Ramazan imsakiyesi (tablo ya da --json)", cli::ImsakiyeCommand::run,
+     cli::ImsakiyeCommand::help},
 }};
 
 std::string usage()
@@ -64,7 +68,12 @@ int dispatch(const std::vector<std::string> &args, const Clock &clock)
     const auto command = std::find_if(commands.begin(), commands.end(), [&](const Command &c) { return c.name == name; });
     if (command == commands.end())
         throw cli::UsageError("bilinmeyen komut: " + name + " (komutlar için: orvel-cli --help)");
-    return command->run({args.begin() + 1, args.end()}, clock, std::cout, std::cerr);
+    const std::vector<std::string> options(args.begin() + 1, args.end());
+    if (cli::wantsHelp(options)) {
+        std::cout << command->help();
+        return 0;
+    }
+    return command->run(options, clock, std::cout, std::cerr);
 }
 
 } // namespace

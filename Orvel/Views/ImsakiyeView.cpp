@@ -2,8 +2,8 @@
 
 #include "AppModel.h"
 #include "ImsakiyeHeader.h"
-#include "ImsakiyeModePicker.h"
 #include "ImsakiyeRow.h"
+#include "SegmentedControl.h"
 #include "Spinner.h"
 #include "SymbolButton.h"
 #include "TightLabel.h"
@@ -25,6 +25,7 @@ namespace orvel {
 namespace {
 
 constexpr int horizontalPadding = 20;
+constexpr int pickerWidth = 230;
 constexpr qreal titlePoints = 13;
 constexpr int titleMinimumWidth = 250;
 constexpr qreal titleMinimumScale = 0.8;
@@ -148,9 +149,14 @@ QWidget *ImsakiyeView::makeToolbar()
     row->setContentsMargins(horizontalPadding, 14, horizontalPadding, 12);
     row->setSpacing(4);
 
-    picker_ = new ImsakiyeModePicker;
-    picker_->setMode(mode_);
-    connect(picker_, &ImsakiyeModePicker::modeChosen, this, &ImsakiyeView::setMode);
+    QStringList modes;
+    for (const ImsakiyeMode::Value mode : ImsakiyeMode::allCases)
+        modes << ViewStyle::text(ImsakiyeMode(mode).label());
+    picker_ = new SegmentedControl(modes, QStringLiteral("Görünüm"));
+    picker_->setFixedSize(pickerWidth, SegmentedControl::defaultHeight);
+    picker_->setCurrent(static_cast<int>(mode_));
+    connect(picker_, &SegmentedControl::chosen, this,
+            [this](int index) { setMode(ImsakiyeMode::allCases.at(static_cast<size_t>(index))); });
     row->addWidget(picker_, 0, Qt::AlignVCenter);
     row->addStretch(1);
 
@@ -261,7 +267,7 @@ void ImsakiyeView::setMode(ImsakiyeMode mode)
         return;
     mode_ = mode;
     offset_ = 0;
-    picker_->setMode(mode);
+    picker_->setCurrent(static_cast<int>(mode));
     reloadIfNeeded();
     refresh();
 }

@@ -24,7 +24,7 @@ namespace orvel {
 
 class AppModel;
 class ImsakiyeHeader;
-class ImsakiyeModePicker;
+class SegmentedControl;
 class ImsakiyeRow;
 class Spinner;
 class SymbolButton;
@@ -89,7 +89,7 @@ public:
     bool print();
     void setDialogs(ImsakiyePrint::Dialogs dialogs);
 
-    ImsakiyeModePicker *modePicker() const { return picker_; }
+    SegmentedControl *modePicker() const { return picker_; }
     SymbolButton *previousButton() const { return previous_; }
     SymbolButton *nextButton() const { return next_; }
     SymbolButton *todayButton() const { return today_; }
@@ -151,7 +151,7 @@ private:
     std::optional<Appearance> appearance_;
     ImsakiyePrint::Dialogs dialogs_;
 
-    ImsakiyeModePicker *picker_ = nullptr;
+    SegmentedControl *picker_ = nullptr;
     SymbolButton *previous_ = nullptr;
     TightLabel *title_ = nullptr;
     SymbolButton *next_ = nullptr;

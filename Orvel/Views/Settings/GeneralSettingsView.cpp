@@ -3,6 +3,7 @@
 #include "AppModel.h"
 #include "LocationService.h"
 #include "LoginItem.h"
+#include "SegmentedControl.h"
 #include "SettingsForm.h"
 #include "Spinner.h"
 #include "Symbols.h"
@@ -21,11 +22,6 @@ namespace orvel {
 using namespace SettingsForm;
 
 namespace {
-
-QString fromStd(std::string_view text)
-{
-    return ViewStyle::text(text);
-}
 
 QIcon symbolIcon(const QString &name)
 {
@@ -156,7 +152,7 @@ QWidget *GeneralSettingsView::makePlaceSection()
     method_ = new QComboBox;
     method_->setAccessibleName(QStringLiteral("Hesaplama yöntemi"));
     for (const CalculationMethod::Value method : CalculationMethod::allCases)
-        method_->addItem(fromStd(CalculationMethod(method).name()));
+        method_->addItem(ViewStyle::text(CalculationMethod(method).name()));
     connect(method_, &QComboBox::activated, this,
             [this](int index) { model_.setMethod(CalculationMethod::allCases.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Hesaplama yöntemi"), method_, QStringLiteral("Türkiye için Diyanet önerilir")));
@@ -168,9 +164,9 @@ QWidget *GeneralSettingsView::makeMenuBarSection()
     auto *section = new Section(QStringLiteral("Menü çubuğu"));
     QStringList titles;
     for (const MenuBarStyle::Value style : MenuBarStyle::allCases)
-        titles << fromStd(MenuBarStyle(style).label());
-    style_ = new Segments(titles, QStringLiteral("Gösterim"));
-    connect(style_, &Segments::chosen, this,
+        titles << ViewStyle::text(MenuBarStyle(style).label());
+    style_ = new SegmentedControl(titles, QStringLiteral("Gösterim"));
+    connect(style_, &SegmentedControl::chosen, this,
             [this](int index) { model_.setMenuBarStyle(MenuBarStyle::allCases.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Gösterim"), style_));
 
@@ -216,6 +212,7 @@ void GeneralSettingsView::showEvent(QShowEvent *event)
 void GeneralSettingsView::refresh()
 {
     useCurrent_->setIcon(symbolIcon(QStringLiteral("location")));
+    style_->setAppearance(Colors::current());
     place_->setText(QString::fromStdString(model_.location().name));
     {
         const QSignalBlocker blocker(method_);

@@ -21,8 +21,9 @@ class AppModel;
 class LocationService;
 class Spinner;
 
+class SegmentedControl;
+
 namespace SettingsForm {
-class Segments;
 class Switch;
 } // namespace SettingsForm
 
@@ -62,7 +63,7 @@ public:
     Spinner *spinner() const { return spinner_; }
     QList<QAbstractButton *> resultButtons() const;
     QComboBox *methodPicker() const { return method_; }
-    SettingsForm::Segments *styleSegments() const { return style_; }
+    SegmentedControl *styleSegments() const { return style_; }
     QLabel *preview() const { return preview_; }
     SettingsForm::Switch *iconRemainingSwitch() const { return iconRemaining_; }
     SettingsForm::Switch *ramadanSwitch() const { return ramadan_; }
@@ -101,7 +102,7 @@ private:
     QWidget *resultsRow_ = nullptr;
     QLabel *message_ = nullptr;
     QComboBox *method_ = nullptr;
-    SettingsForm::Segments *style_ = nullptr;
+    SegmentedControl *style_ = nullptr;
     QLabel *preview_ = nullptr;
     SettingsForm::Switch *iconRemaining_ = nullptr;
     bool panelShowsLabel_ = false;

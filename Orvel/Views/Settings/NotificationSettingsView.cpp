@@ -25,11 +25,6 @@ namespace {
 
 constexpr int sliderSteps = 100;
 
-QString fromStd(std::string_view text)
-{
-    return ViewStyle::text(text);
-}
-
 QTime clockTime(int64_t minutes)
 {
     return QTime(static_cast<int>(minutes / 60) % 24, static_cast<int>(minutes % 60));
@@ -93,7 +88,7 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     auto *chipRow = new QHBoxLayout;
     chipRow->setSpacing(6);
     for (const Prayer::Value prayer : Prayer::allCases) {
-        auto *chip = new Chip(fromStd(Prayer(prayer).name()));
+        auto *chip = new Chip(ViewStyle::text(Prayer(prayer).name()));
         connect(chip, &Chip::clicked, this, [this, prayer] { model_.toggleNotification(prayer); });
         chips_[prayer] = chip;
         chipRow->addWidget(chip);
@@ -130,7 +125,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
     sound_ = new QComboBox;
     sound_->setAccessibleName(QStringLiteral("Orvel girince"));
     for (const AdhanSound::Value sound : AdhanSound::allCases)
-        sound_->addItem(fromStd(AdhanSound(sound).label()));
+        sound_->addItem(ViewStyle::text(AdhanSound(sound).label()));
     connect(sound_, &QComboBox::activated, this,
             [this](int index) { model_.setAdhanSound(AdhanSound::allCases.at(static_cast<size_t>(index))); });
     auto *soundRow = new QWidget;
@@ -228,7 +223,7 @@ void NotificationSettingsView::refresh()
         const QSignalBlocker blocker(sound_);
         sound_->setCurrentIndex(static_cast<int>(sound));
     }
-    description_->setText(fromStd(sound.description()));
+    description_->setText(ViewStyle::text(sound.description()));
 
     fileRow_->setVisible(sound == AdhanSound::custom);
     const QString name = model_.customSoundName().value_or(QStringLiteral("Seçilmedi"));
@@ -240,9 +235,15 @@ void NotificationSettingsView::refresh()
         const QSignalBlocker blocker(volume_);
         volume_->setValue(static_cast<int>(std::lround(model_.soundVolume() * sliderSteps)));
     }
+    // The model changes every minute; the sound folder is looked at only when the sound does.
+    if (sound != checkedSound_ || model_.customSoundName() != checkedCustomName_) {
+        checkedSound_ = sound;
+        checkedCustomName_ = model_.customSoundName();
+        hasSoundFile_ = sound.isPlayedByApp() && hasSoundFile(sound);
+    }
     const bool playing = model_.player().isPlaying();
     listen_->setText(playing ? QStringLiteral("Durdur") : QStringLiteral("Dinle"));
-    listen_->setEnabled(playing || (sound.isPlayedByApp() && hasSoundFile(sound)));
+    listen_->setEnabled(playing || hasSoundFile_);
 
     const QuietHours &hours = model_.quietHours();
     {

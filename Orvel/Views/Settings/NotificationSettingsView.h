@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "AdhanSound.h"
 #include "Prayer.h"
 
 #include <functional>
@@ -92,6 +93,9 @@ private:
     QWidget *quietRows_ = nullptr;
     QTimeEdit *quietStart_ = nullptr;
     QTimeEdit *quietEnd_ = nullptr;
+    std::optional<AdhanSound> checkedSound_;
+    std::optional<QString> checkedCustomName_;
+    bool hasSoundFile_ = false;
 };
 
 } // namespace orvel

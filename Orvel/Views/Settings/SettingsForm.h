@@ -68,31 +68,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
-// A segmented picker: one of several titles, the chosen one raised on a sunken track.
-class Segments : public QWidget {
-    Q_OBJECT
-
-public:
-    explicit Segments(const QStringList &titles, const QString &accessibleName, QWidget *parent = nullptr);
-    int current() const { return current_; }
-    // Changes the shown choice without telling anyone.
-    void setCurrent(int index);
-    QAbstractButton *button(int index) const { return buttons_.at(index); }
-
-signals:
-    // The user chose another segment.
-    void chosen(int index);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
-
-private:
-    class Segment;
-
-    QList<QAbstractButton *> buttons_;
-    int current_ = -1;
-};
-
 // A capsule that is on (accent fill and border) or off (a faint border only).
 class Chip : public QAbstractButton {
     Q_OBJECT

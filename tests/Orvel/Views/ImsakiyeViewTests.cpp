@@ -1,7 +1,7 @@
 #include "AppModel.h"
 #include "Defaults.h"
 #include "ImsakiyeHeader.h"
-#include "ImsakiyeModePicker.h"
+#include "SegmentedControl.h"
 #include "ImsakiyeRow.h"
 #include "ImsakiyeView.h"
 #include "PrayerCalculator.h"

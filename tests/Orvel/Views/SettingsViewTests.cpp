@@ -10,6 +10,7 @@
 #include "NotificationSettingsView.h"
 #include "PrayerCalculator.h"
 #include "PrayerRepository.h"
+#include "SegmentedControl.h"
 #include "SettingsForm.h"
 #include "SettingsView.h"
 #include "SoundLibrary.h"
@@ -215,7 +216,7 @@ TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
     view.methodPicker()->setCurrentIndex(1);
     emit view.methodPicker()->activated(1);
     EXPECT_EQ(model->method(), CalculationMethod::mwl);
-    view.styleSegments()->button(3)->click();
+    QTest::mouseClick(view.styleSegments(), Qt::LeftButton, {}, view.styleSegments()->segmentRect(3).center());
     EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::iconOnly);
     view.ramadanSwitch()->click();
     EXPECT_FALSE(model->ramadanMode());

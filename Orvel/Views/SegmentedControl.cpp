@@ -1,4 +1,4 @@
-#include "ImsakiyeModePicker.h"
+#include "SegmentedControl.h"
 
 #include "ViewStyle.h"
 
@@ -6,6 +6,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace orvel {
 
@@ -15,7 +17,7 @@ constexpr qreal labelPoints = 12;
 constexpr qreal trackRadius = 7;
 constexpr qreal thumbInset = 2;
 constexpr qreal thumbRadius = 5.5;
-constexpr int segmentCount = static_cast<int>(ImsakiyeMode::allCases.size());
+constexpr int segmentPadding = 24;
 
 QColor trackColor(Appearance appearance)
 {
@@ -34,26 +36,27 @@ QColor dividerColor(Appearance appearance)
 
 } // namespace
 
-ImsakiyeModePicker::ImsakiyeModePicker(QWidget *parent)
+SegmentedControl::SegmentedControl(const QStringList &titles, const QString &accessibleName, QWidget *parent)
     : QWidget(parent)
+    , titles_(titles)
 {
-    setFixedSize(pickerWidth, pickerHeight);
     setFocusPolicy(Qt::TabFocus);
     setMouseTracking(true);
     setCursor(Qt::PointingHandCursor);
-    setAccessibleName(QStringLiteral("Görünüm"));
+    setAccessibleName(accessibleName);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void ImsakiyeModePicker::setMode(ImsakiyeMode mode)
+void SegmentedControl::setCurrent(int index)
 {
-    if (mode == mode_)
+    if (index == current_)
         return;
-    mode_ = mode;
-    setAccessibleDescription(ViewStyle::text(mode.label()));
+    current_ = index;
+    setAccessibleDescription(index >= 0 && index < count() ? titles_.at(index) : QString());
     update();
 }
 
-void ImsakiyeModePicker::setAppearance(Appearance appearance)
+void SegmentedControl::setAppearance(Appearance appearance)
 {
     if (appearance == appearance_)
         return;
@@ -61,37 +64,41 @@ void ImsakiyeModePicker::setAppearance(Appearance appearance)
     update();
 }
 
-QRect ImsakiyeModePicker::segmentRect(ImsakiyeMode mode) const
+QRect SegmentedControl::segmentRect(int index) const
 {
-    const int index = static_cast<int>(mode);
-    const int left = width() * index / segmentCount;
-    const int right = width() * (index + 1) / segmentCount;
+    const int left = width() * index / count();
+    const int right = width() * (index + 1) / count();
     return {left, 0, right - left, height()};
 }
 
-QSize ImsakiyeModePicker::sizeHint() const
+QSize SegmentedControl::sizeHint() const
 {
-    return {pickerWidth, pickerHeight};
+    // Equal segments, each wide enough for the longest title in the chosen weight.
+    const QFontMetrics metrics(ViewStyle::font(labelPoints, QFont::DemiBold));
+    int widest = 0;
+    for (const QString &title : titles_)
+        widest = std::max(widest, metrics.horizontalAdvance(title));
+    return {count() * (widest + segmentPadding), defaultHeight};
 }
 
-int ImsakiyeModePicker::segmentAt(const QPoint &position) const
+int SegmentedControl::segmentAt(const QPoint &position) const
 {
-    for (const ImsakiyeMode::Value mode : ImsakiyeMode::allCases) {
-        if (segmentRect(mode).contains(position))
-            return static_cast<int>(mode);
+    for (int index = 0; index < count(); ++index) {
+        if (segmentRect(index).contains(position))
+            return index;
     }
     return -1;
 }
 
-void ImsakiyeModePicker::choose(ImsakiyeMode mode)
+void SegmentedControl::choose(int index)
 {
-    if (mode == mode_)
+    if (index == current_)
         return;
-    setMode(mode);
-    emit modeChosen(mode);
+    setCurrent(index);
+    emit chosen(index);
 }
 
-bool ImsakiyeModePicker::event(QEvent *event)
+bool SegmentedControl::event(QEvent *event)
 {
     // While it has focus, the arrows move between segments rather than page the timetable.
     if (event->type() == QEvent::ShortcutOverride) {
@@ -108,7 +115,7 @@ bool ImsakiyeModePicker::event(QEvent *event)
     return QWidget::event(event);
 }
 
-void ImsakiyeModePicker::mouseMoveEvent(QMouseEvent *event)
+void SegmentedControl::mouseMoveEvent(QMouseEvent *event)
 {
     const int segment = segmentAt(event->position().toPoint());
     if (segment != hovered_) {
@@ -117,41 +124,40 @@ void ImsakiyeModePicker::mouseMoveEvent(QMouseEvent *event)
     }
 }
 
-void ImsakiyeModePicker::mousePressEvent(QMouseEvent *event)
+void SegmentedControl::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
     const int segment = segmentAt(event->position().toPoint());
     if (segment >= 0)
-        choose(ImsakiyeMode::allCases[static_cast<size_t>(segment)]);
+        choose(segment);
 }
 
-void ImsakiyeModePicker::keyPressEvent(QKeyEvent *event)
+void SegmentedControl::keyPressEvent(QKeyEvent *event)
 {
-    const int index = static_cast<int>(mode_);
-    if (event->key() == Qt::Key_Left && index > 0)
-        choose(ImsakiyeMode::allCases[static_cast<size_t>(index - 1)]);
-    else if (event->key() == Qt::Key_Right && index + 1 < segmentCount)
-        choose(ImsakiyeMode::allCases[static_cast<size_t>(index + 1)]);
+    if (event->key() == Qt::Key_Left && current_ > 0)
+        choose(current_ - 1);
+    else if (event->key() == Qt::Key_Right && current_ + 1 < count())
+        choose(current_ + 1);
     else
         QWidget::keyPressEvent(event);
 }
 
-void ImsakiyeModePicker::focusInEvent(QFocusEvent *event)
+void SegmentedControl::focusInEvent(QFocusEvent *event)
 {
     keyboardFocus_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     QWidget::focusInEvent(event);
     update();
 }
 
-void ImsakiyeModePicker::focusOutEvent(QFocusEvent *event)
+void SegmentedControl::focusOutEvent(QFocusEvent *event)
 {
     keyboardFocus_ = false;
     QWidget::focusOutEvent(event);
     update();
 }
 
-void ImsakiyeModePicker::paintEvent(QPaintEvent *)
+void SegmentedControl::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -161,39 +167,37 @@ void ImsakiyeModePicker::paintEvent(QPaintEvent *)
     painter.setBrush(trackColor(appearance_));
     painter.drawRoundedRect(track, trackRadius, trackRadius);
 
-    const int chosen = static_cast<int>(mode_);
+    const int chosen = current_;
     // Hairlines between segments that are neither chosen nor beside the chosen one.
     painter.setPen(QPen(dividerColor(appearance_), 1));
-    for (int i = 1; i < segmentCount; ++i) {
+    for (int i = 1; i < count(); ++i) {
         if (i == chosen || i == chosen + 1)
             continue;
-        const qreal x = segmentRect(ImsakiyeMode::allCases[static_cast<size_t>(i)]).left() + 0.5;
+        const qreal x = segmentRect(i).left() + 0.5;
         painter.drawLine(QPointF(x, 6), QPointF(x, height() - 6));
     }
 
-    const QRectF thumb = QRectF(segmentRect(mode_)).adjusted(thumbInset, thumbInset, -thumbInset, -thumbInset);
-    if (appearance_ == Appearance::light) {
+    const QRectF thumb = QRectF(segmentRect(chosen)).adjusted(thumbInset, thumbInset, -thumbInset, -thumbInset);
+    if (chosen >= 0 && appearance_ == Appearance::light) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor(0, 0, 0, 22));
         painter.drawRoundedRect(thumb.translated(0, 0.75), thumbRadius, thumbRadius);
     }
     painter.setPen(Qt::NoPen);
-    painter.setBrush(thumbColor(appearance_));
+    painter.setBrush(chosen >= 0 ? thumbColor(appearance_) : QColor(Qt::transparent));
     painter.drawRoundedRect(thumb, thumbRadius, thumbRadius);
 
     if (hovered_ >= 0 && hovered_ != chosen) {
-        const QRectF area = QRectF(segmentRect(ImsakiyeMode::allCases[static_cast<size_t>(hovered_)]))
+        const QRectF area = QRectF(segmentRect(hovered_))
                                 .adjusted(thumbInset, thumbInset, -thumbInset, -thumbInset);
         painter.setBrush(ViewStyle::faded(ViewStyle::primary(appearance_), 0.06));
         painter.drawRoundedRect(area, thumbRadius, thumbRadius);
     }
 
-    for (const ImsakiyeMode::Value value : ImsakiyeMode::allCases) {
-        const ImsakiyeMode mode(value);
-        const QFont font = ViewStyle::font(labelPoints, mode == mode_ ? QFont::DemiBold : QFont::Normal);
-        painter.setFont(font);
-        painter.setPen(mode == mode_ ? ViewStyle::primary(appearance_) : ViewStyle::secondary(appearance_));
-        painter.drawText(segmentRect(mode), Qt::AlignCenter, ViewStyle::text(mode.label()));
+    for (int index = 0; index < count(); ++index) {
+        painter.setFont(ViewStyle::font(labelPoints, index == chosen ? QFont::DemiBold : QFont::Normal));
+        painter.setPen(index == chosen ? ViewStyle::primary(appearance_) : ViewStyle::secondary(appearance_));
+        painter.drawText(segmentRect(index), Qt::AlignCenter, titles_.at(index));
     }
 
     if (hasFocus() && keyboardFocus_) {
