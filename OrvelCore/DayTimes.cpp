@@ -17,6 +17,13 @@ void to_json(nlohmann::json &json, const DayTimes &day)
     json = {{"day", day.day}, {"times", std::move(times)}};
     if (day.hijri)
         json["hijri"] = *day.hijri;
+    auto estimated = nlohmann::json::array();
+    for (const Prayer::Value prayer : Prayer::allCases) {
+        if (day.estimated[prayer])
+            estimated.push_back(Prayer(prayer));
+    }
+    if (!estimated.empty())
+        json["estimated"] = std::move(estimated);
 }
 
 void from_json(const nlohmann::json &json, DayTimes &day)
@@ -32,6 +39,15 @@ void from_json(const nlohmann::json &json, DayTimes &day)
         day.hijri.reset();
     else
         day.hijri = hijri->get<HijriDate>();
+    day.estimated = {};
+    if (const auto estimated = json.find("estimated"); estimated != json.end()) {
+        for (const auto &raw : *estimated) {
+            const auto prayer = Prayer::fromRawValue(raw.get<std::string>());
+            if (!prayer)
+                throw nlohmann::json::other_error::create(501, "unknown prayer", &json);
+            day.estimated[*prayer] = true;
+        }
+    }
 }
 
 } // namespace orvel

@@ -1,22 +1,38 @@
 #include "Gazetteer.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <clocale>
 #include <cmath>
-#include <cstring>
 #include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <memory>
 #include <mutex>
 #include <numbers>
+#include <sstream>
 
 #include <geonames/geonames.h>
 #include <libintl.h>
+#include <unicode/locid.h>
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
 
 namespace orvel::Gazetteer {
 
 namespace {
 
-// The library loads its tables on first use and keeps them in globals.
-std::mutex libraryMutex;
+// The data file is a few hundred kilobytes; anything far larger is not ours.
+constexpr std::uintmax_t maximumFileSize = 8 * 1024 * 1024;
+constexpr double diyanetReachKilometres = 15;
+constexpr auto turkeyZone = "Europe/Istanbul";
+constexpr auto turkeyCountry = "Türkiye";
+
+// Regions that libgeonames names only in English ("Mecca Region", "Jerusalem District").
+constexpr std::array<std::string_view, 10> englishRegionWords{"Region", "District", "Province", "Governorate", "Prefecture",
+                                        "County", "Municipality", "Oblast", "Voivodeship", "Department"};
 
 struct CityDeleter {
     void operator()(GeonamesCity *city) const { geonames_city_free(city); }
@@ -27,22 +43,270 @@ std::string copy(const gchar *text)
     return text ? std::string(text) : std::string();
 }
 
-Place place(gint index)
-{
-    const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(index));
-    if (!city)
-        return {};
-    return {copy(geonames_city_get_name(city.get())),         copy(geonames_city_get_state(city.get())),
-            copy(geonames_city_get_country(city.get())),      copy(geonames_city_get_timezone(city.get())),
-            geonames_city_get_latitude(city.get()),            geonames_city_get_longitude(city.get())};
-}
-
 double radians(double degrees)
 {
     return degrees * std::numbers::pi / 180;
 }
 
+std::vector<std::string> words(std::string_view text)
+{
+    std::vector<std::string> result;
+    std::string current;
+    for (const char c : text) {
+        if (c == ' ' || c == ',' || c == '-' || c == '\'' || c == '(' || c == ')' || c == '.') {
+            if (!current.empty())
+                result.push_back(std::move(current));
+            current.clear();
+        } else {
+            current += c;
+        }
+    }
+    if (!current.empty())
+        result.push_back(std::move(current));
+    return result;
+}
+
+std::string withoutEnglishRegion(const std::string &state)
+{
+    const std::vector<std::string> parts = words(state);
+    const bool english = std::ranges::any_of(parts, [](const std::string &word) {
+        return std::ranges::find(englishRegionWords, word) != englishRegionWords.end() || word == "of";
+    });
+    return english ? std::string() : state;
+}
+
+std::optional<double> number(const std::string &text)
+{
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+std::vector<std::string> fields(const std::string &line)
+{
+    std::vector<std::string> result;
+    std::string::size_type start = 0;
+    while (true) {
+        const auto tab = line.find('\t', start);
+        result.push_back(line.substr(start, tab == std::string::npos ? std::string::npos : tab - start));
+        if (tab == std::string::npos)
+            return result;
+        start = tab + 1;
+    }
+}
+
 } // namespace
+
+struct Index::Data {
+    struct Entry {
+        Place place;
+        std::string key;                // the folded name
+        std::vector<std::string> words; // folded words of name, state and country
+        std::vector<std::string> aliases; // other exact names ("amasya merkez")
+    };
+    std::vector<Entry> entries;
+    std::string problem;
+
+    void add(Place place, std::vector<std::string> aliases = {})
+    {
+        Entry entry;
+        entry.key = fold(place.name);
+        for (const std::string *part : {&place.name, &place.state, &place.country}) {
+            for (std::string &word : words(fold(*part)))
+                entry.words.push_back(std::move(word));
+        }
+        for (const std::string &alias : aliases) {
+            entry.aliases.push_back(fold(alias));
+            for (std::string &word : words(entry.aliases.back()))
+                entry.words.push_back(std::move(word));
+        }
+        entry.place = std::move(place);
+        entries.push_back(std::move(entry));
+    }
+
+    void readTurkey(const std::filesystem::path &file);
+    void readWorld();
+};
+
+void Index::Data::readTurkey(const std::filesystem::path &file)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(file, error);
+    std::ifstream stream(file, std::ios::binary);
+    if (error || !stream) {
+        problem = "Türkiye'nin il ve ilçe listesi bulunamadı (" + file.string() + ")";
+        return;
+    }
+    if (size > maximumFileSize) {
+        problem = "Türkiye'nin il ve ilçe listesi bozuk (" + file.string() + ")";
+        return;
+    }
+    std::string line;
+    bool header = true;
+    size_t lineNumber = 0;
+    size_t bad = 0;
+    while (std::getline(stream, line)) {
+        ++lineNumber;
+        if (line.empty() || line.front() == '#')
+            continue;
+        if (header) {
+            header = false;
+            continue;
+        }
+        const std::vector<std::string> f = fields(line);
+        const auto latitude = f.size() == 8 ? number(f[3]) : std::nullopt;
+        const auto longitude = f.size() == 8 ? number(f[4]) : std::nullopt;
+        const auto population = f.size() == 8 ? number(f[5]) : std::nullopt;
+        if (!latitude || !longitude || !population || std::fabs(*latitude) > 90 || std::fabs(*longitude) > 180
+            || f[1].empty() || f[1].size() > 100 || f[2].size() > 100) {
+            ++bad;
+            continue;
+        }
+        Place place{f[2].empty() ? f[1] : f[2], f[1], turkeyCountry, turkeyZone, *latitude, *longitude,
+                    static_cast<int64_t>(std::clamp(*population, 0.0, 1e10)), std::nullopt};
+        const auto diyanetLatitude = number(f[6]);
+        const auto diyanetLongitude = number(f[7]);
+        if (diyanetLatitude && diyanetLongitude && std::fabs(*diyanetLatitude) <= 90 && std::fabs(*diyanetLongitude) <= 180)
+            place.diyanetPoint = GeoPoint{*diyanetLatitude, *diyanetLongitude};
+        // A "Merkez" district is its province's centre, which answers to the province's name.
+        if (f[2] == "Merkez")
+            continue;
+        std::vector<std::string> aliases;
+        if (f[2].empty())
+            aliases.push_back(f[1] + " Merkez");
+        add(std::move(place), std::move(aliases));
+    }
+    if (header || bad > 0)
+        problem = "Türkiye'nin il ve ilçe listesi bozuk (" + file.string() + (header ? "" : ", " + std::to_string(bad) + " satır okunamadı") + ")";
+}
+
+void Index::Data::readWorld()
+{
+    const gint count = geonames_get_n_cities();
+    for (gint i = 0; i < count; ++i) {
+        const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(i));
+        if (!city || copy(geonames_city_get_country_code(city.get())) == "TR")
+            continue;
+        add({copy(geonames_city_get_name(city.get())), withoutEnglishRegion(copy(geonames_city_get_state(city.get()))),
+             copy(geonames_city_get_country(city.get())), copy(geonames_city_get_timezone(city.get())),
+             geonames_city_get_latitude(city.get()), geonames_city_get_longitude(city.get())});
+        entries.back().place.population = geonames_city_get_population(city.get());
+    }
+}
+
+Index::Index(const std::filesystem::path &turkeyFile, bool withWorld)
+    : data_(std::make_unique<Data>())
+{
+    data_->readTurkey(turkeyFile);
+    if (withWorld) {
+        // The library keeps its tables in globals.
+        static std::mutex libraryMutex;
+        const std::lock_guard lock(libraryMutex);
+        data_->readWorld();
+    }
+}
+
+Index::~Index() = default;
+
+const std::string &Index::problem() const
+{
+    return data_->problem;
+}
+
+size_t Index::size() const
+{
+    return data_->entries.size();
+}
+
+std::vector<Place> Index::search(std::string_view query, size_t limit) const
+{
+    const std::string folded = fold(query);
+    const std::vector<std::string> queryWords = words(folded);
+    if (queryWords.empty())
+        return {};
+    const std::string joined = [&] {
+        std::string text;
+        for (const std::string &word : queryWords)
+            text += (text.empty() ? "" : " ") + word;
+        return text;
+    }();
+
+    struct Hit {
+        int rank;
+        int64_t population;
+        const Place *place;
+    };
+    std::vector<Hit> hits;
+    for (const Data::Entry &entry : data_->entries) {
+        const bool all = std::ranges::all_of(queryWords, [&](const std::string &word) {
+            return std::ranges::any_of(entry.words, [&](const std::string &own) { return own.starts_with(word); });
+        });
+        if (!all)
+            continue;
+        int rank = 2;
+        if (entry.key == joined || std::ranges::find(entry.aliases, joined) != entry.aliases.end())
+            rank = 0;
+        else if (entry.key.starts_with(joined))
+            rank = 1;
+        hits.push_back({rank, entry.place.population, &entry.place});
+    }
+    std::ranges::stable_sort(hits, [](const Hit &a, const Hit &b) {
+        return a.rank != b.rank ? a.rank < b.rank : a.population > b.population;
+    });
+    std::vector<Place> places;
+    for (size_t i = 0; i < hits.size() && i < limit; ++i)
+        places.push_back(*hits[i].place);
+    return places;
+}
+
+std::optional<std::pair<Place, double>> Index::nearest(double latitude, double longitude, double withinKilometres) const
+{
+    const Place *best = nullptr;
+    double bestDistance = withinKilometres;
+    for (const Data::Entry &entry : data_->entries) {
+        const double distance = kilometresBetween(latitude, longitude, entry.place.latitude, entry.place.longitude);
+        if (distance <= bestDistance) {
+            best = &entry.place;
+            bestDistance = distance;
+        }
+    }
+    if (!best)
+        return std::nullopt;
+    return std::pair{*best, bestDistance};
+}
+
+std::string fold(std::string_view text)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+    unicode.toLower(icu::Locale("tr"));
+    unicode.findAndReplace(icu::UnicodeString(static_cast<UChar32>(0x0131)), icu::UnicodeString(u'i'));
+    const icu::Normalizer2 *nfd = icu::Normalizer2::getNFDInstance(status);
+    icu::UnicodeString decomposed = U_SUCCESS(status) ? nfd->normalize(unicode, status) : unicode;
+    if (U_FAILURE(status))
+        decomposed = unicode;
+    icu::UnicodeString plain;
+    for (int32_t i = 0; i < decomposed.length();) {
+        const UChar32 c = decomposed.char32At(i);
+        i += U16_LENGTH(c);
+        // Letters that carry no separable accent: the way people type them without one.
+        switch (c) {
+        case 0x00F8: plain.append(u'o'); break;           // ø
+        case 0x00E6: plain.append(u"ae"); break;          // æ
+        case 0x00DF: plain.append(u"ss"); break;          // ß
+        case 0x0142: plain.append(u'l'); break;           // ł
+        case 0x0111: plain.append(u'd'); break;           // đ
+        default:
+            if (u_charType(c) != U_NON_SPACING_MARK)
+                plain.append(c);
+        }
+    }
+    std::string result;
+    plain.toUTF8String(result);
+    return result;
+}
 
 Placemark Place::placemark() const
 {
@@ -58,6 +322,25 @@ Placemark Place::placemark() const
     return mark;
 }
 
+std::filesystem::path defaultTurkeyFile()
+{
+    constexpr auto name = "places-tr.tsv";
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (!error) {
+        const auto beside = program.parent_path().parent_path() / "share" / "orvel" / name;
+        if (std::filesystem::exists(beside, error))
+            return beside;
+    }
+    return std::filesystem::path(ORVEL_DATA_DIR) / name;
+}
+
+const Index &defaultIndex()
+{
+    static const Index index(defaultTurkeyFile());
+    return index;
+}
+
 void speakTurkish()
 {
     setenv("LANGUAGE", "tr", 1);
@@ -70,40 +353,23 @@ void speakTurkish()
 
 std::vector<Place> search(std::string_view query)
 {
-    const std::string text(query);
-    const std::lock_guard lock(libraryMutex);
-    guint count = 0;
-    std::unique_ptr<gint, decltype(&g_free)> indices(
-        geonames_query_cities_sync(text.c_str(), GEONAMES_QUERY_DEFAULT, &count, nullptr, nullptr), &g_free);
-    std::vector<Place> places;
-    if (!indices)
-        return places;
-    places.reserve(count);
-    for (guint i = 0; i < count; ++i)
-        places.push_back(place(indices.get()[i]));
-    return places;
+    return defaultIndex().search(query);
 }
 
 std::optional<Nearby> nearest(double latitude, double longitude, double withinKilometres)
 {
-    const std::lock_guard lock(libraryMutex);
-    std::optional<gint> bestIndex;
-    double bestDistance = withinKilometres;
-    const gint count = geonames_get_n_cities();
-    for (gint i = 0; i < count; ++i) {
-        const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(i));
-        if (!city)
-            continue;
-        const double distance = kilometresBetween(latitude, longitude, geonames_city_get_latitude(city.get()),
-                                                  geonames_city_get_longitude(city.get()));
-        if (distance <= bestDistance) {
-            bestIndex = i;
-            bestDistance = distance;
-        }
-    }
-    if (!bestIndex)
+    const auto found = defaultIndex().nearest(latitude, longitude, withinKilometres);
+    if (!found)
         return std::nullopt;
-    return Nearby{place(*bestIndex), bestDistance};
+    return Nearby{found->first, found->second};
+}
+
+std::optional<GeoPoint> diyanetPointNear(double latitude, double longitude)
+{
+    const auto found = defaultIndex().nearest(latitude, longitude, diyanetReachKilometres);
+    if (!found || found->first.country != turkeyCountry)
+        return std::nullopt;
+    return found->first.diyanetPoint;
 }
 
 double kilometresBetween(double latitude1, double longitude1, double latitude2, double longitude2)

@@ -3,9 +3,17 @@
 #include "TimeZone.h"
 
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 
 namespace orvel {
+
+struct GeoPoint {
+    double latitude = 0;
+    double longitude = 0;
+
+    bool operator==(const GeoPoint &) const = default;
+};
 
 // The place whose times are shown.
 struct Location {
@@ -13,12 +21,15 @@ struct Location {
     double latitude = 0;  // degrees, north positive
     double longitude = 0; // degrees, east positive
     std::string timeZoneID;
+    // Where Diyanet computes this place's times, when it is one of Diyanet's places.
+    std::optional<GeoPoint> diyanetPoint;
 
     static Location istanbul();
 
     // The zone of timeZoneID, or the machine's current zone when it names none.
     TimeZone timeZone() const { return TimeZone::named(timeZoneID); }
     std::string cacheKey() const; // "41.008_28.978"
+    GeoPoint diyanetPointOrOwn() const { return diyanetPoint.value_or(GeoPoint{latitude, longitude}); }
 
     bool operator==(const Location &) const = default;
 };

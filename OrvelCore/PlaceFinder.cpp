@@ -24,6 +24,14 @@ std::vector<Placemark> placemarks(const std::vector<Gazetteer::Place> &places)
     return marks;
 }
 
+// Places of Türkiye are computed, for Diyanet, at the point where Diyanet computes them.
+std::vector<Location> withDiyanetPoints(std::vector<Location> locations)
+{
+    for (Location &location : locations)
+        location.diyanetPoint = Gazetteer::diyanetPointNear(location.latitude, location.longitude);
+    return locations;
+}
+
 } // namespace
 
 PlaceFinder::PlaceFinder(Geocoder geocoder)
@@ -50,12 +58,21 @@ std::vector<Location> PlaceFinder::locations(const std::vector<Placemark> &place
 PlaceFinder::Search PlaceFinder::search(std::string_view query) const
 {
     try {
-        return {locations(geocoder_.search(query), query, machineZone()), false};
+        return {withDiyanetPoints(locations(geocoder_.search(query), query, machineZone())), false};
     } catch (...) {
         const std::exception_ptr failure = std::current_exception();
-        std::vector<Location> offline = locations(placemarks(Gazetteer::search(query)), query, machineZone());
+        const std::vector<Gazetteer::Place> places = Gazetteer::search(query);
+        std::vector<Location> offline = locations(placemarks(places), query, machineZone());
         if (offline.empty())
             std::rethrow_exception(failure);
+        // Names are unique in the list, so a location is its place's.
+        for (Location &location : offline) {
+            const auto place = std::ranges::find_if(places, [&](const Gazetteer::Place &p) {
+                return p.latitude == location.latitude && p.longitude == location.longitude;
+            });
+            if (place != places.end())
+                location.diyanetPoint = place->diyanetPoint;
+        }
         return {std::move(offline), true};
     }
 }
@@ -69,12 +86,14 @@ Location PlaceFinder::locate(double latitude, double longitude) const
         // Named from the gazetteer below, when a place is near enough.
         const auto near = Gazetteer::nearest(latitude, longitude, namingKilometres);
         const Placemark mark = near ? near->place.placemark() : Placemark();
-        return {mark.displayName().value_or(fallbackName), latitude, longitude, mark.timeZoneID.value_or(machineZone())};
+        return {mark.displayName().value_or(fallbackName), latitude, longitude, mark.timeZoneID.value_or(machineZone()),
+                Gazetteer::diyanetPointNear(latitude, longitude)};
     }
     const std::optional<std::string> name = found.empty() ? std::nullopt : found.front().displayName();
     // The reverse service gives no zone: the nearest known town's, as long as it is not far.
     const auto zoned = Gazetteer::nearest(latitude, longitude, zoneKilometres);
-    return {name.value_or(fallbackName), latitude, longitude, zoned ? zoned->place.timeZoneID : machineZone()};
+    return {name.value_or(fallbackName), latitude, longitude, zoned ? zoned->place.timeZoneID : machineZone(),
+            Gazetteer::diyanetPointNear(latitude, longitude)};
 }
 
 } // namespace orvel

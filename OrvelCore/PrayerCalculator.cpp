@@ -1,5 +1,9 @@
 #include "PrayerCalculator.h"
 
+#include "DiyanetCalendar.h"
+#include "DiyanetRule.h"
+#include "HighLatitude.h"
+#include "SolarPosition.h"
 #include "TimeZone.h"
 
 #include <array>
@@ -11,7 +15,6 @@ namespace orvel::PrayerCalculator {
 namespace {
 
 constexpr double pi = 3.141592653589793;
-constexpr double j2000 = 2451545.0;
 // sin(−0.833°): the sun's upper limb on the horizon, refraction included.
 constexpr double sinSunriseAltitude = -0.014538080502496949;
 // Isha at 17° when a method names neither an angle nor an interval.
@@ -51,14 +54,8 @@ public:
 
     SunPosition position(double dayFraction) const
     {
-        const double d = jd_ + dayFraction - j2000;
-        const double g = wrap(357.529 + 0.98560028 * d, 360);
-        const double q = wrap(280.459 + 0.98564736 * d, 360);
-        const double l = wrap(q + 1.915 * sinDeg(g) + 0.020 * sinDeg(2 * g), 360);
-        const double e = 23.439 - 0.00000036 * d;
-        const double ra = wrap(degrees(std::atan2(cosDeg(e) * sinDeg(l), cosDeg(l))) / 15, 24);
-        const double declination = degrees(std::asin(sinDeg(e) * sinDeg(l)));
-        return {declination, q / 15 - ra};
+        const SolarPosition sun = SolarPosition::at(jd_ + dayFraction);
+        return {sun.declination, sun.equationOfTime};
     }
 
     double noon(double hours) const { return noonOf(position(hours / 24)); }
@@ -69,16 +66,13 @@ public:
         return (target - sinLatitude_ * sinDeg(sun.declination)) / (cosLatitude_ * cosDeg(sun.declination));
     }
 
-    // The time at which the sun stands at sin(altitude) = target, or the estimate when it never
-    // does that day. Reports |cosine| so that the caller can tell.
-    double timeAt(double target, double estimate, bool morning, double *cosineMagnitude = nullptr) const
+    // The time at which the sun stands at sin(altitude) = target; none when it never does that day.
+    std::optional<double> timeAt(double target, double estimate, bool morning) const
     {
         const SunPosition sun = position(estimate / 24);
         const double c = cosine(target, sun);
-        if (cosineMagnitude)
-            *cosineMagnitude = std::fabs(c);
         if (!(c >= -1 && c <= 1))
-            return estimate;
+            return std::nullopt;
         const double hourAngle = degrees(std::acos(c)) / 15;
         return morning ? noonOf(sun) - hourAngle : noonOf(sun) + hourAngle;
     }
@@ -122,65 +116,64 @@ double roundedMinutes(double hours, double adjustment)
     return std::round(hours * 60 + adjustment);
 }
 
-DayTimes times(const DayKey &day, const Location &location, CalculationMethod method)
+DayTimes times(const DayKey &day, const Location &location, CalculationMethod method, HighLatitudeRule rule)
 {
-    return times(day, location, method, location.timeZone());
+    return times(day, location, method, location.timeZone(), rule);
 }
 
-DayTimes times(const DayKey &day, const Location &location, CalculationMethod method, const TimeZone &zone)
+DayTimes times(const DayKey &day, const Location &location, CalculationMethod method, const TimeZone &zone,
+               HighLatitudeRule rule)
 {
-    const CalculationParameters parameters = method.parameters();
-    const Sun sun(julian(day.year, day.month, day.day) + location.longitude / -360, location.latitude);
-
-    double fajr = 5, sunrise = 6, dhuhr = 12, asr = 13, sunset = 18, isha = 18;
-    double fajrCosine = 0;
-    bool ishaSolved = true;
-    const double sinFajr = -sinDeg(parameters.fajrAngle);
-    const double sinIsha = parameters.ishaAngle ? -sinDeg(*parameters.ishaAngle) : sinDefaultIshaAltitude;
-
-    for (int pass = 0; pass < refinementPasses; ++pass) {
-        fajr = sun.timeAt(sinFajr, fajr, true, &fajrCosine);
-        sunrise = sun.timeAt(sinSunriseAltitude, sunrise, true);
-        dhuhr = sun.noon(dhuhr);
-        asr = sun.asr(asr).value_or(asr);
-        sunset = sun.timeAt(sinSunriseAltitude, sunset, false);
-        if (parameters.ishaInterval) {
-            isha = sunset + *parameters.ishaInterval / 60;
-        } else {
-            double ishaCosine = 0;
-            isha = sun.timeAt(sinIsha, isha, false, &ishaCosine);
-            ishaSolved = ishaCosine <= 1;
-        }
+    if (method == CalculationMethod::diyanet) {
+        const GeoPoint point = location.diyanetPointOrOwn();
+        DayTimes result = DiyanetRule::times(day, point.latitude, point.longitude, zone, rule);
+        result.hijri = DiyanetCalendar::date(day);
+        return result;
     }
 
+    const CalculationParameters parameters = method.parameters();
     // The clock minutes are reckoned with the offset at local noon; the same offset turns them back
     // into instants, so that on a clock-change day each time lands on its real moment.
     const int noonOffset = zone.offsetSeconds(day.at(12 * 60, zone));
+    const double correction = noonOffset / 3600.0 - location.longitude / 15;
+    const double julianDay = julian(day.year, day.month, day.day) + location.longitude / -360;
+    const double sinFajr = -sinDeg(parameters.fajrAngle);
+    const double sinIsha = parameters.ishaAngle ? -sinDeg(*parameters.ishaAngle) : sinDefaultIshaAltitude;
+
+    const auto hoursAt = [&](double latitude) {
+        const Sun sun(julianDay, latitude);
+        std::optional<double> fajr = 5, sunrise = 6, asr = 13, sunset = 18, isha = 18;
+        double dhuhr = 12;
+        const auto step = [](std::optional<double> &value, auto solve) {
+            if (value)
+                value = solve(*value);
+        };
+        for (int pass = 0; pass < refinementPasses; ++pass) {
+            step(fajr, [&](double e) { return sun.timeAt(sinFajr, e, true); });
+            step(sunrise, [&](double e) { return sun.timeAt(sinSunriseAltitude, e, true); });
+            dhuhr = sun.noon(dhuhr);
+            step(asr, [&](double e) { return sun.asr(e); });
+            step(sunset, [&](double e) { return sun.timeAt(sinSunriseAltitude, e, false); });
+            if (parameters.ishaInterval)
+                isha = sunset ? std::optional(*sunset + *parameters.ishaInterval / 60) : std::nullopt;
+            else
+                step(isha, [&](double e) { return sun.timeAt(sinIsha, e, false); });
+        }
+        const auto local = [&](std::optional<double> hours) {
+            return hours ? std::optional(*hours + correction) : std::nullopt;
+        };
+        return HighLatitude::Hours{local(fajr), local(sunrise), dhuhr + correction, local(asr), local(sunset), local(isha)};
+    };
+
+    HighLatitude::Angles angles{parameters.fajrAngle, std::nullopt, true};
+    if (!parameters.ishaInterval)
+        angles.isha = parameters.ishaAngle ? *parameters.ishaAngle : defaultIshaPortion * 60;
+    const HighLatitude::Resolved resolved = HighLatitude::resolve(location.latitude, hoursAt, angles, rule);
+
     const Instant utcMidnight = day.start(TimeZone::utc());
-    const double zoneHours = noonOffset / 3600.0;
-    const double correction = zoneHours - location.longitude / 15;
-    fajr += correction;
-    sunrise += correction;
-    dhuhr += correction;
-    asr += correction;
-    sunset += correction;
-    isha += correction;
-    const double night = sunrise - sunset + 24;
-
-    // Where the sun never gets deep enough (or the night is short), a share of the night stands in.
-    const double fajrPortion = parameters.fajrAngle / 60 * night;
-    if (fajrPortion < sunrise - fajr || !(fajrCosine <= 1))
-        fajr = sunrise - fajrPortion;
-    if (!parameters.ishaInterval) {
-        const double ishaPortion = parameters.ishaAngle ? night * (*parameters.ishaAngle / 60) : night * defaultIshaPortion;
-        if (!ishaSolved || ishaPortion < isha - sunset)
-            isha = sunset + ishaPortion;
-    }
-
-    const std::array<double, 6> hours{fajr, sunrise, dhuhr, asr, sunset, isha};
-    DayTimes result{day, {}, std::nullopt};
+    DayTimes result{day, {}, std::nullopt, resolved.estimated};
     for (const Prayer::Value prayer : Prayer::allCases) {
-        result.times[prayer] = utcMidnight + roundedMinutes(hours[prayer], parameters.adjustment(prayer)) * 60 - noonOffset;
+        result.times[prayer] = utcMidnight + roundedMinutes(resolved.hours[prayer], parameters.adjustment(prayer)) * 60 - noonOffset;
     }
     return result;
 }

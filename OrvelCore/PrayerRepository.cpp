@@ -149,6 +149,15 @@ PrayerRepository::Answer PrayerRepository::days(const std::vector<DayKey> &keys,
         return PrayerCalculator::times(day, location, method, *zone);
     };
 
+    // Diyanet's rule is Diyanet's own computation: nothing to ask the service for.
+    if (method == CalculationMethod::diyanet) {
+        answer.source = TimesSource::rule;
+        answer.days.reserve(keys.size());
+        for (const DayKey &key : keys)
+            answer.days.push_back(calculated(key));
+        return answer;
+    }
+
     std::set<MonthKey> months;
     for (const DayKey &key : keys)
         months.insert(key.monthKey());
@@ -181,6 +190,8 @@ PrayerRepository::Answer PrayerRepository::days(const std::vector<DayKey> &keys,
 
 void PrayerRepository::prefetch(MonthKey month, const Location &location, CalculationMethod method)
 {
+    if (method == CalculationMethod::diyanet)
+        return;
     if (!cached(month, location, method))
         fetchOnline(month, location, method);
 }

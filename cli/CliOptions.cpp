@@ -275,6 +275,8 @@ Location PlaceOptions::location() const
     if (latitude) {
         place.latitude = *latitude;
         place.longitude = *longitude;
+        // A position given by its numbers is computed there, whatever the stored place's point.
+        place.diyanetPoint.reset();
         place.timeZoneID = TimeZone::current().id();
         place.name = DecimalText::fixed(*latitude, 4) + ", " + DecimalText::fixed(*longitude, 4);
     }
@@ -310,7 +312,7 @@ DaySource SourceOptions::daySource(const Clock &clock) const
 
 std::optional<std::string> SourceOptions::fallbackNotice(const DaysAnswer &answer) const
 {
-    if (offline || answer.source == TimesSource::online)
+    if (offline || answer.source != TimesSource::offline)
         return std::nullopt;
     return "orvel-cli: web servisinden vakit alınamadı; vakitler cihazda hesaplandı";
 }

@@ -15,7 +15,7 @@ DaySource calculatorSource()
 {
     return [](const std::vector<DayKey> &keys, const Location &location, CalculationMethod method) {
         const TimeZone zone = location.timeZone();
-        DaysAnswer answer{{}, TimesSource::offline};
+        DaysAnswer answer{{}, method == CalculationMethod::diyanet ? TimesSource::rule : TimesSource::offline};
         answer.days.reserve(keys.size());
         for (const DayKey &key : keys)
             answer.days.push_back(PrayerCalculator::times(key, location, method, zone));

@@ -53,7 +53,7 @@ OptionTable optionTable(Choices &choices)
 
 std::string sourceLine(TimesSource source)
 {
-    return source == TimesSource::offline ? "Kaynak: çevrimdışı · cihazda hesaplandı" : "Kaynak: çevrimiçi";
+    return "Kaynak: " + std::string(label(source));
 }
 
 std::vector<std::vector<std::string>> table(const ImsakiyePage &page, const std::vector<Imsakiye::Row> &rows)

@@ -40,7 +40,7 @@ OptionTable optionTable(Choices &choices)
 
 std::string sourceLine(TimesSource source)
 {
-    return source == TimesSource::offline ? "Kaynak: çevrimdışı · cihazda hesaplandı" : "Kaynak: çevrimiçi";
+    return "Kaynak: " + std::string(label(source));
 }
 
 } // namespace

@@ -1,0 +1,256 @@
+#include "DiyanetCalendar.h"
+
+#include "Calendars.h"
+#include "PrayerCalculator.h"
+#include "SolarPosition.h"
+#include "TimeZone.h"
+
+#include <libnova/dynamical_time.h>
+#include <libnova/lunar.h>
+#include <libnova/sidereal_time.h>
+#include <libnova/solar.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <mutex>
+#include <numbers>
+
+namespace orvel::DiyanetCalendar {
+
+namespace {
+
+constexpr double minimumAltitude = 5;
+constexpr double minimumElongation = 8;
+constexpr double sunsetAltitude = -0.833;
+constexpr double dawnAltitude = -18;
+constexpr double earthRadiusKm = 6378.14;
+constexpr double gridStep = 2;    // degrees of latitude and longitude between places tried
+constexpr double gridLatitude = 60; // beyond it the evening twilight lasts for hours
+// The Americas' land, for the 2016 exception, as boxes of latitude and longitude (coastal waters
+// included).
+struct Box {
+    double south, north, west, east;
+};
+constexpr std::array<Box, 5> americas{{
+    {-56, 13, -82, -34},   // South America
+    {7, 33, -118, -77},    // Central America and Mexico
+    {25, 50, -125, -65},   // the United States
+    {50, 54, -133, -55},   // Canada's south
+    {55, 72, -166, -55},   // Canada's north and Alaska
+}};
+
+bool inAmericas(double latitude, double longitude)
+{
+    return std::any_of(americas.begin(), americas.end(), [&](const Box &box) {
+        return latitude >= box.south && latitude <= box.north && longitude >= box.west && longitude <= box.east;
+    });
+}
+// New Zealand (Wellington), whose dawn bounds the conjunction in that exception.
+constexpr double newZealandLatitude = -41.29;
+constexpr double newZealandLongitude = 174.78;
+// The congress of May 2016 added the exception; it first decided Şevval 1437.
+constexpr DayKey exceptionFrom{2016, 6, 1};
+constexpr double synodicMonth = 29.530588853;
+
+double radians(double degrees) { return degrees * std::numbers::pi / 180; }
+double degrees(double radians) { return radians * 180 / std::numbers::pi; }
+
+double julianDay(const DayKey &day) { return PrayerCalculator::julian(day.year, day.month, day.day); }
+
+double wrap180(double angle)
+{
+    const double wrapped = std::fmod(angle + 180, 360);
+    return (wrapped < 0 ? wrapped + 360 : wrapped) - 180;
+}
+
+struct Body {
+    double ra = 0;  // degrees
+    double dec = 0; // degrees
+    double distance = 0; // km, the moon's
+};
+
+// The moon and the sun through the evening, sampled each hour and interpolated: the moon's
+// position series is costly and changes smoothly.
+class Sky {
+public:
+    static constexpr int hours = 40; // from 0h UT of the evening's date
+
+    explicit Sky(double startJulianDay)
+        : start_(startJulianDay)
+    {
+        for (int h = 0; h <= hours; ++h) {
+            const double jde = ln_get_jde(start_ + h / 24.0);
+            ln_equ_posn moon{}, sun{};
+            ln_get_lunar_equ_coords(jde, &moon);
+            ln_get_solar_equ_coords(jde, &sun);
+            moon_[h] = {moon.ra, moon.dec, ln_get_lunar_earth_dist(jde)};
+            sun_[h] = {sun.ra, sun.dec, 0};
+        }
+    }
+
+    Body moon(double hour) const { return at(moon_, hour); }
+    Body sun(double hour) const { return at(sun_, hour); }
+    double start() const { return start_; }
+
+private:
+    static Body at(const std::array<Body, hours + 1> &table, double hour)
+    {
+        const double clamped = std::clamp(hour, 0.0, static_cast<double>(hours) - 1e-9);
+        const auto i = static_cast<size_t>(clamped);
+        const double f = clamped - static_cast<double>(i);
+        const Body &a = table[i];
+        const Body &b = table[i + 1];
+        return {a.ra + wrap180(b.ra - a.ra) * f, a.dec + (b.dec - a.dec) * f, a.distance + (b.distance - a.distance) * f};
+    }
+
+    double start_;
+    std::array<Body, hours + 1> moon_{};
+    std::array<Body, hours + 1> sun_{};
+};
+
+// Hours after 0h UT of the date at which the sun stands at the altitude, in the morning or evening.
+std::optional<double> sunAt(const SolarPosition &sun, double latitude, double longitude, double altitude, bool evening)
+{
+    const double phi = radians(latitude);
+    const double delta = radians(sun.declination);
+    const double c = (std::sin(radians(altitude)) - std::sin(phi) * std::sin(delta)) / (std::cos(phi) * std::cos(delta));
+    if (!(c >= -1 && c <= 1))
+        return std::nullopt;
+    const double noon = 12 - longitude / 15 - sun.equationOfTime;
+    const double hourAngle = degrees(std::acos(c)) / 15;
+    return evening ? noon + hourAngle : noon - hourAngle;
+}
+
+bool criterionHolds(const Sky &sky, double hour, double latitude, double longitude)
+{
+    const Body moon = sky.moon(hour);
+    const Body sun = sky.sun(hour);
+    const double cosElongation = std::sin(radians(moon.dec)) * std::sin(radians(sun.dec))
+        + std::cos(radians(moon.dec)) * std::cos(radians(sun.dec)) * std::cos(radians(moon.ra - sun.ra));
+    if (degrees(std::acos(std::clamp(cosElongation, -1.0, 1.0))) < minimumElongation)
+        return false;
+    const double siderealDegrees = ln_get_mean_sidereal_time(sky.start() + hour / 24) * 15 + longitude;
+    const double hourAngle = radians(siderealDegrees - moon.ra);
+    const double phi = radians(latitude);
+    const double altitude = degrees(std::asin(std::sin(phi) * std::sin(radians(moon.dec))
+                                              + std::cos(phi) * std::cos(radians(moon.dec)) * std::cos(hourAngle)));
+    const double parallax = degrees(std::asin(earthRadiusKm / moon.distance));
+    return altitude - parallax * std::cos(radians(altitude)) >= minimumAltitude;
+}
+
+std::mutex cacheMutex;
+std::map<std::pair<int64_t, int64_t>, DayKey> &monthStarts()
+{
+    static std::map<std::pair<int64_t, int64_t>, DayKey> starts;
+    return starts;
+}
+
+std::pair<int64_t, int64_t> shifted(int64_t year, int64_t month, int64_t by)
+{
+    const int64_t index = year * 12 + (month - 1) + by;
+    return {index / 12, index % 12 + 1};
+}
+
+HijriDate ummAlQura(const DayKey &day)
+{
+    return HijriDate::approximate(day);
+}
+
+} // namespace
+
+double conjunctionNear(double jd)
+{
+    // Newton's steps on the difference of the apparent longitudes; the moon gains ~12.19° a day.
+    for (int i = 0; i < 8; ++i) {
+        const double jde = ln_get_jde(jd);
+        ln_lnlat_posn moon{}, sun{};
+        ln_get_lunar_ecl_coords(jde, &moon, 0);
+        ln_get_solar_ecl_coords(jde, &sun);
+        const double difference = wrap180(moon.lng - sun.lng);
+        jd -= difference / 12.19;
+        if (std::fabs(difference) < 1e-5)
+            break;
+    }
+    return jd;
+}
+
+bool crescentVisible(const DayKey &evening, double conjunction)
+{
+    const double start = julianDay(evening);
+    const Sky sky(start);
+    const SolarPosition sun = SolarPosition::at(start);
+    const double conjunctionHour = (conjunction - start) * 24;
+
+    // The exception's condition: the conjunction before dawn of the next day in New Zealand,
+    // which falls on this UT date.
+    const SolarPosition nextSun = SolarPosition::at(start + 1);
+    const auto dawn = sunAt(nextSun, newZealandLatitude, newZealandLongitude, dawnAltitude, false);
+    const bool exceptionOpen = evening >= exceptionFrom && dawn && conjunctionHour < 24 + *dawn;
+
+    for (double longitude = -180; longitude < 180; longitude += gridStep) {
+        for (double latitude = -gridLatitude; latitude <= gridLatitude; latitude += gridStep) {
+            const auto sunset = sunAt(sun, latitude, longitude, sunsetAltitude, true);
+            if (!sunset || *sunset <= conjunctionHour)
+                continue;
+            if (*sunset >= 24) {
+                if (!exceptionOpen || !inAmericas(latitude, longitude))
+                    continue;
+            }
+            if (criterionHolds(sky, *sunset, latitude, longitude))
+                return true;
+        }
+    }
+    return false;
+}
+
+std::optional<DayKey> firstDay(int64_t year, int64_t month)
+{
+    if (year < firstYear || year > lastYear || month < 1 || month > 12)
+        return std::nullopt;
+    {
+        const std::lock_guard lock(cacheMutex);
+        if (const auto found = monthStarts().find({year, month}); found != monthStarts().end())
+            return found->second;
+    }
+    const auto estimate = Calendars::fromUmmAlQura(year, month, 1);
+    if (!estimate)
+        return std::nullopt;
+    const DayKey approximate = DayKey::from(*estimate, TimeZone::utc());
+    double conjunction = conjunctionNear(julianDay(approximate) - 1);
+    // Umm al-Qura's first day may lie either side of the conjunction: take the new moon that
+    // precedes the estimate by at most a few days.
+    if (conjunction > julianDay(approximate) + 1)
+        conjunction = conjunctionNear(conjunction - synodicMonth);
+    const DayKey conjunctionDay = DayKey::from(Instant{(conjunction - 2451910.5) * 86400}, TimeZone::utc());
+
+    DayKey evening = conjunctionDay;
+    while (!crescentVisible(evening, conjunction) && evening < conjunctionDay.adding(3))
+        evening = evening.adding(1);
+    const DayKey first = evening.adding(1);
+
+    const std::lock_guard lock(cacheMutex);
+    monthStarts().insert_or_assign({year, month}, first);
+    return first;
+}
+
+HijriDate date(const DayKey &day)
+{
+    const HijriDate estimate = ummAlQura(day);
+    if (estimate.year < firstYear || estimate.year > lastYear)
+        return estimate;
+    for (const int64_t by : {0, -1, 1}) {
+        const auto [year, month] = shifted(estimate.year, estimate.month, by);
+        const auto [nextYear, nextMonth] = shifted(year, month, 1);
+        const auto first = firstDay(year, month);
+        const auto next = firstDay(nextYear, nextMonth);
+        if (!first || !next)
+            break;
+        if (day >= *first && day < *next)
+            return {static_cast<int64_t>(julianDay(day) - julianDay(*first)) + 1, month, year};
+    }
+    return estimate;
+}
+
+} // namespace orvel::DiyanetCalendar

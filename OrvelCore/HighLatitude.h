@@ -1,0 +1,38 @@
+#pragma once
+
+#include "HighLatitudeRule.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+
+namespace orvel {
+
+// Makes one day's six times exist and stand in order wherever the sun misbehaves.
+namespace HighLatitude {
+
+using Hours = std::array<std::optional<double>, 6>; // local clock hours; unset: never reached
+
+struct Resolved {
+    std::array<double, 6> hours{};
+    std::array<bool, 6> estimated{};
+
+    bool operator==(const Resolved &) const = default;
+};
+
+struct Angles {
+    double fajr = 18;                 // degrees below the horizon
+    std::optional<double> isha = 17;  // unset: Yatsı is a fixed interval and always exists
+    // Methods whose İmsak and Yatsı never lie further from the night's ends than the rule's share
+    // (the calculator's old convention); Diyanet's rule uses the share only where the angle fails.
+    bool capByShare = false;
+};
+
+// `hoursAt` gives the six hours at a latitude of the same day. Where Güneş, İkindi or Akşam do not
+// exist, those of the nearest latitude where all three do stand in; where İmsak or Yatsı do not,
+// the rule sets them from the night; an estimated time is marked.
+Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, Angles angles, HighLatitudeRule rule);
+
+} // namespace HighLatitude
+
+} // namespace orvel
