@@ -47,12 +47,12 @@ DayTimes times(const DayKey &day, double latitude, double longitude, const TimeZ
     const double noon = 12 - longitude / 15 - sun.equationOfTime + offset / 3600.0;
 
     const HighLatitude::Resolved resolved = HighLatitude::resolve(
-        latitude, [&](double phi) { return hoursAt(phi, sun, noon); }, {imsakAngle, yatsiAngle, false}, rule);
+        latitude, [&](double phi) { return hoursAt(phi, sun, noon); }, {imsakAngle, yatsiAngle, false, temkin}, rule);
 
     const Instant utcMidnight = day.start(TimeZone::utc());
     DayTimes result{day, {}, std::nullopt, resolved.estimated};
     for (const Prayer::Value prayer : Prayer::allCases)
-        result.times[prayer] = utcMidnight + PrayerCalculator::roundedMinutes(resolved.hours[prayer], temkin[prayer]) * 60 - offset;
+        result.times[prayer] = utcMidnight + PrayerCalculator::roundedMinutes(resolved.hours[prayer], 0) * 60 - offset;
     return result;
 }
 

@@ -327,10 +327,13 @@ std::filesystem::path defaultTurkeyFile()
     constexpr auto name = "places-tr.tsv";
     std::error_code error;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error) {
-        const auto beside = program.parent_path().parent_path() / "share" / "orvel" / name;
+    // bin/../share/orvel when installed; the build tree keeps a copy above its programs too.
+    for (auto folder = program.parent_path(); !error && folder.has_relative_path(); folder = folder.parent_path()) {
+        const auto beside = folder.parent_path() / "share" / "orvel" / name;
         if (std::filesystem::exists(beside, error))
             return beside;
+        if (std::filesystem::exists(folder / "CMakeCache.txt", error))
+            break; // the top of the build tree
     }
     return std::filesystem::path(ORVEL_DATA_DIR) / name;
 }

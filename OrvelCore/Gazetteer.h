@@ -56,7 +56,8 @@ private:
     std::unique_ptr<Data> data_;
 };
 
-// Orvel's data file: beside the program (../share/orvel) or where it is installed.
+// Orvel's data file: beside the program (../share/orvel, or above it in the build tree) or where
+// it is installed.
 std::filesystem::path defaultTurkeyFile();
 // The index of the default file, built on first use (call it off the UI thread).
 const Index &defaultIndex();

@@ -85,10 +85,11 @@ Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, A
         twilight(Prayer::yatsi, *angles.isha);
 
     for (const Prayer::Value prayer : Prayer::allCases)
-        result.hours[prayer] = hours[prayer].value_or(0);
+        result.hours[prayer] = hours[prayer].value_or(0) + angles.adjustments[prayer] / 60;
     // The night's end must precede the sunrise it belongs to, and each time the one before it.
-    if (result.hours[Prayer::imsak] > sunrise) {
-        result.hours[Prayer::imsak] = sunrise - share(HighLatitudeRule::angleBased, angles.fajr, night);
+    const double adjustedSunrise = result.hours[Prayer::gunes];
+    if (result.hours[Prayer::imsak] > adjustedSunrise) {
+        result.hours[Prayer::imsak] = adjustedSunrise - share(HighLatitudeRule::angleBased, angles.fajr, night);
         result.estimated[Prayer::imsak] = true;
     }
     for (size_t i = 1; i < result.hours.size(); ++i) {

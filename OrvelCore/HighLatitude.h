@@ -26,11 +26,15 @@ struct Angles {
     // Methods whose İmsak and Yatsı never lie further from the night's ends than the rule's share
     // (the calculator's old convention); Diyanet's rule uses the share only where the angle fails.
     bool capByShare = false;
+    // Minutes added to each time (a method's adjustments, Diyanet's temkin) before the order is
+    // checked.
+    std::array<double, 6> adjustments{};
 };
 
 // `hoursAt` gives the six hours at a latitude of the same day. Where Güneş, İkindi or Akşam do not
 // exist, those of the nearest latitude where all three do stand in; where İmsak or Yatsı do not,
-// the rule sets them from the night; an estimated time is marked.
+// the rule sets them from the night; an estimated time is marked. The hours returned include the
+// adjustments.
 Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, Angles angles, HighLatitudeRule rule);
 
 } // namespace HighLatitude

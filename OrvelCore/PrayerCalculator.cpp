@@ -165,7 +165,9 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
         return HighLatitude::Hours{local(fajr), local(sunrise), dhuhr + correction, local(asr), local(sunset), local(isha)};
     };
 
-    HighLatitude::Angles angles{parameters.fajrAngle, std::nullopt, true};
+    HighLatitude::Angles angles{parameters.fajrAngle, std::nullopt, true, {}};
+    for (const Prayer::Value prayer : Prayer::allCases)
+        angles.adjustments[prayer] = parameters.adjustment(prayer);
     if (!parameters.ishaInterval)
         angles.isha = parameters.ishaAngle ? *parameters.ishaAngle : defaultIshaPortion * 60;
     const HighLatitude::Resolved resolved = HighLatitude::resolve(location.latitude, hoursAt, angles, rule);
@@ -173,7 +175,7 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
     const Instant utcMidnight = day.start(TimeZone::utc());
     DayTimes result{day, {}, std::nullopt, resolved.estimated};
     for (const Prayer::Value prayer : Prayer::allCases) {
-        result.times[prayer] = utcMidnight + roundedMinutes(resolved.hours[prayer], parameters.adjustment(prayer)) * 60 - noonOffset;
+        result.times[prayer] = utcMidnight + roundedMinutes(resolved.hours[prayer], 0) * 60 - noonOffset;
     }
     return result;
 }

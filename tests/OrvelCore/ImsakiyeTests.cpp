@@ -139,7 +139,8 @@ TEST(Imsakiye, ramadanPagesKeepOnlyThatRamadan)
         int64_t count;
         const char *title;
     } cases[] = {
-        {{2026, 3, 10}, 0, {2026, 2, 18}, 30, "Ramazan 1447 · 18 Şub – 19 Mar 2026"},
+        // Diyanet's calendar, as its 2026 imsakiye: 19 February to 19 March.
+        {{2026, 3, 10}, 0, {2026, 2, 19}, 29, "Ramazan 1447 · 19 Şub – 19 Mar 2026"},
         {{2026, 3, 10}, -1, {2025, 3, 1}, 29, "Ramazan 1446 · 1 Mar – 29 Mar 2025"},
         // Across the year's end: the last day's year.
         {{2026, 3, 10}, 5, {2030, 12, 26}, 29, "Ramazan 1452 · 26 Ara – 23 Oca 2031"},
@@ -167,41 +168,41 @@ TEST(Imsakiye, rowsNotesAndHighlights)
 {
     const ImsakiyePage ramadan = page(ImsakiyeMode::ramadan, {2026, 3, 10});
     const std::vector<Imsakiye::Row> rows = Imsakiye::rows(ramadan, loaded(ramadan), istanbul);
-    ASSERT_EQ(rows.size(), 30u);
-    const Imsakiye::Row &today = rows[20];
+    ASSERT_EQ(rows.size(), 29u);
+    const Imsakiye::Row &today = rows[19];
     EXPECT_EQ(today.day, (DayKey{2026, 3, 10}));
     EXPECT_EQ(today.date, "10 Mar Sal");
-    EXPECT_EQ(today.hijri, "21. gün");
+    EXPECT_EQ(today.hijri, "20. gün");
     EXPECT_EQ(today.times[0], "05:53");
-    EXPECT_EQ(today.times[4], "19:12");
+    EXPECT_EQ(today.times[4], "19:11");
     EXPECT_TRUE(today.isToday);
     EXPECT_FALSE(today.isPast);
-    EXPECT_TRUE(rows[19].isPast && !rows[19].isToday);
-    EXPECT_FALSE(rows[21].isPast || rows[21].isToday);
+    EXPECT_TRUE(rows[18].isPast && !rows[18].isToday);
+    EXPECT_FALSE(rows[20].isPast || rows[20].isToday);
     // The whole of Ramadan stays bright; past days of other pages fade.
-    EXPECT_FALSE(Imsakiye::isDimmed(ImsakiyeMode::ramadan, rows[19]));
-    EXPECT_TRUE(Imsakiye::isDimmed(ImsakiyeMode::month, rows[19]));
+    EXPECT_FALSE(Imsakiye::isDimmed(ImsakiyeMode::ramadan, rows[18]));
+    EXPECT_TRUE(Imsakiye::isDimmed(ImsakiyeMode::month, rows[18]));
     EXPECT_FALSE(Imsakiye::isDimmed(ImsakiyeMode::month, today));
 
     std::vector<std::string> notes;
     for (const Imsakiye::Row &row : rows)
         notes.push_back(row.note.value_or(""));
-    std::vector<std::string> expected(30, "");
+    std::vector<std::string> expected(29, "");
     expected[25] = "Kadir Gecesi";
-    expected[29] = "Arefe";
+    expected[28] = "Arefe";
     EXPECT_EQ(notes, expected) << "no start note in Ramadan mode";
 
     // Outside Ramadan mode: the start is marked, the Kadir night too, but no Arefe.
     const ImsakiyePage february = page(ImsakiyeMode::month, {2026, 3, 10}, -1);
     const std::vector<Imsakiye::Row> febRows = Imsakiye::rows(february, loaded(february), istanbul);
-    EXPECT_EQ(febRows[17].note, "Ramazan başlangıcı");
-    EXPECT_EQ(febRows[17].hijri, "1 Ramazan");
-    EXPECT_EQ(febRows[16].hijri, "29 Şaban");
-    EXPECT_TRUE(febRows[16].isPast);
+    EXPECT_EQ(febRows[18].note, "Ramazan başlangıcı");
+    EXPECT_EQ(febRows[18].hijri, "1 Ramazan");
+    EXPECT_EQ(febRows[17].hijri, "30 Şaban");
+    EXPECT_TRUE(febRows[17].isPast);
     const ImsakiyePage march = page(ImsakiyeMode::month, {2026, 3, 10});
     const std::vector<Imsakiye::Row> marchRows = Imsakiye::rows(march, loaded(march), istanbul);
-    EXPECT_EQ(marchRows[14].note, "Kadir Gecesi");
-    EXPECT_EQ(marchRows[18].note, std::nullopt);
+    EXPECT_EQ(marchRows[15].note, "Kadir Gecesi");
+    EXPECT_EQ(marchRows[19].note, std::nullopt);
 
     // The Kadir night wins over Arefe on a page that ends on the 26th.
     EXPECT_EQ(Imsakiye::note(ImsakiyeMode::ramadan, {26, 9, 1447}, true), "Kadir Gecesi");

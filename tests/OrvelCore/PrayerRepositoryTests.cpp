@@ -19,7 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr CalculationMethod diyanet = CalculationMethod::diyanet;
+// A method the service answers for (Diyanet's own rule never asks it).
+constexpr CalculationMethod serviceMethod = CalculationMethod::mwl;
 const Location place = Location::istanbul();
 
 // The service's İmsak in Istanbul (+03) is always 04:44, far from the calculator's.
@@ -55,8 +56,8 @@ bool waitUntil(const std::function<bool()> &condition)
     return condition();
 }
 
-const std::string november = PrayerRepository::cacheFileName({2026, 11}, place, diyanet);
-const std::string december = PrayerRepository::cacheFileName({2026, 12}, place, diyanet);
+const std::string november = PrayerRepository::cacheFileName({2026, 11}, place, serviceMethod);
+const std::string december = PrayerRepository::cacheFileName({2026, 12}, place, serviceMethod);
 
 } // namespace
 
@@ -129,7 +130,7 @@ TEST_F(PrayerRepositoryTest, monthsAreFetchedOnceAndKept)
     const DayKey lastOfNovember{2026, 11, 30}, firstOfDecember{2026, 12, 1};
 
     // Keys in reverse order: the months are still asked earlier first, the answer follows the keys.
-    const auto answer = first->days({firstOfDecember, lastOfNovember, firstOfDecember}, place, diyanet);
+    const auto answer = first->days({firstOfDecember, lastOfNovember, firstOfDecember}, place, serviceMethod);
     EXPECT_EQ(service.paths(), (std::vector<std::string>{"/v1/calendar/2026/11", "/v1/calendar/2026/12"}));
     EXPECT_EQ(answer.source, TimesSource::online);
     EXPECT_EQ(answer.days.at(2), answer.days.at(0));
@@ -141,29 +142,29 @@ TEST_F(PrayerRepositoryTest, monthsAreFetchedOnceAndKept)
     EXPECT_EQ(daysInFile(folder / december), 31u);
 
     // From memory, then from the file in a second repository: no further request.
-    EXPECT_EQ(first->days({lastOfNovember}, place, diyanet).days, std::vector<DayTimes>{answer.days[1]});
+    EXPECT_EQ(first->days({lastOfNovember}, place, serviceMethod).days, std::vector<DayTimes>{answer.days[1]});
     const auto second = repository();
-    const auto fromDisk = second->days({{2026, 11, 15}, firstOfDecember}, place, diyanet);
+    const auto fromDisk = second->days({{2026, 11, 15}, firstOfDecember}, place, serviceMethod);
     EXPECT_EQ(fromDisk.days[0][Prayer::imsak], serviceImsak({2026, 11, 15}));
     EXPECT_EQ(fromDisk.days[1], answer.days[0]);
     EXPECT_EQ(service.requests().size(), 2u);
 
     // The same point in another zone, or under another method, is another file.
-    second->days({lastOfNovember}, {place.name, place.latitude, place.longitude, "Asia/Istanbul"}, diyanet);
-    second->days({lastOfNovember}, place, CalculationMethod::mwl);
+    second->days({lastOfNovember}, {place.name, place.latitude, place.longitude, "Asia/Istanbul"}, serviceMethod);
+    second->days({lastOfNovember}, place, CalculationMethod::isna);
     EXPECT_EQ(hits({2026, 11}), 3u);
     EXPECT_EQ(filesIn(folder).size(), 4u);
 
     // Clearing forgets memory and files alike.
     second->clear();
     EXPECT_FALSE(fs::exists(folder));
-    EXPECT_EQ(second->days({lastOfNovember}, place, diyanet).source, TimesSource::online);
+    EXPECT_EQ(second->days({lastOfNovember}, place, serviceMethod).source, TimesSource::online);
     EXPECT_EQ(hits({2026, 11}), 4u);
 }
 
 TEST_F(PrayerRepositoryTest, cacheFilesThatDoNotFitAreFetchedAgain)
 {
-    repository()->days({{2026, 11, 10}}, place, diyanet);
+    repository()->days({{2026, 11, 10}}, place, serviceMethod);
     const std::function<std::string(json)> spoilers[] = {
         [](json days) { days.erase(days.size() - 1); return days.dump(); }, // 29 days for a 30-day month
         [](json days) { days[3]["times"].erase(5); return days.dump(); },   // a day with five times
@@ -175,7 +176,7 @@ TEST_F(PrayerRepositoryTest, cacheFilesThatDoNotFitAreFetchedAgain)
     for (const auto &spoil : spoilers) {
         const std::string spoiled = spoil(json::parse(std::ifstream(folder / november)));
         std::ofstream(folder / november) << spoiled;
-        const auto answer = repository()->days({{2026, 11, 10}}, place, diyanet);
+        const auto answer = repository()->days({{2026, 11, 10}}, place, serviceMethod);
         EXPECT_EQ(hits({2026, 11}), ++expectedHits);
         EXPECT_EQ(answer.source, TimesSource::online);
         EXPECT_EQ(answer.days.at(0)[Prayer::imsak], serviceImsak({2026, 11, 10}));
@@ -187,37 +188,37 @@ TEST_F(PrayerRepositoryTest, failuresOfTheServiceAreCalculated)
 {
     const auto repo = repository();
     answerDays({2026, 12}, -1);
-    const auto mixed = repo->days({{2026, 11, 30}, {2026, 12, 1}, {2026, 12, 2}}, place, diyanet);
+    const auto mixed = repo->days({{2026, 11, 30}, {2026, 12, 1}, {2026, 12, 2}}, place, serviceMethod);
     EXPECT_EQ(mixed.source, TimesSource::offline);
     EXPECT_EQ(mixed.days.at(0)[Prayer::imsak], serviceImsak({2026, 11, 30}));
-    EXPECT_EQ(mixed.days.at(2), PrayerCalculator::times({2026, 12, 2}, place, diyanet));
+    EXPECT_EQ(mixed.days.at(2), PrayerCalculator::times({2026, 12, 2}, place, serviceMethod));
     EXPECT_EQ(filesIn(folder), std::set<std::string>{november});
     // A failure is not remembered: the next request asks again.
-    repo->days({{2026, 12, 1}}, place, diyanet);
+    repo->days({{2026, 12, 1}}, place, serviceMethod);
     EXPECT_EQ(hits({2026, 12}), 2u);
 
     // An empty month is a failure too, and nothing of it is kept.
     answerDays({2027, 1}, 0);
-    const auto empty = repo->days({{2027, 1, 5}}, place, diyanet);
+    const auto empty = repo->days({{2027, 1, 5}}, place, serviceMethod);
     EXPECT_EQ(empty.source, TimesSource::offline);
-    EXPECT_EQ(empty.days, std::vector<DayTimes>{PrayerCalculator::times({2027, 1, 5}, place, diyanet)});
+    EXPECT_EQ(empty.days, std::vector<DayTimes>{PrayerCalculator::times({2027, 1, 5}, place, serviceMethod)});
     EXPECT_EQ(filesIn(folder), std::set<std::string>{november});
 
     // A month the service gives only in part is kept; the missing days are calculated and the
     // answer stays online.
     answerDays({2027, 2}, 10);
-    const auto partial = repo->days({{2027, 2, 5}, {2027, 2, 20}}, place, diyanet);
+    const auto partial = repo->days({{2027, 2, 5}, {2027, 2, 20}}, place, serviceMethod);
     EXPECT_EQ(partial.source, TimesSource::online);
     EXPECT_EQ(partial.days[0][Prayer::imsak], serviceImsak({2027, 2, 5}));
-    EXPECT_EQ(partial.days[1], PrayerCalculator::times({2027, 2, 20}, place, diyanet));
-    repo->days({{2027, 2, 6}}, place, diyanet);
+    EXPECT_EQ(partial.days[1], PrayerCalculator::times({2027, 2, 20}, place, serviceMethod));
+    repo->days({{2027, 2, 6}}, place, serviceMethod);
     EXPECT_EQ(hits({2027, 2}), 1u);
 
     // No service at all: what was cached stays online data, the rest is calculated.
     service.stop();
-    const auto unreachable = repo->days({{2027, 4, 1}, {2026, 11, 2}}, place, diyanet);
+    const auto unreachable = repo->days({{2027, 4, 1}, {2026, 11, 2}}, place, serviceMethod);
     EXPECT_EQ(unreachable.source, TimesSource::offline);
-    EXPECT_EQ(unreachable.days[0], PrayerCalculator::times({2027, 4, 1}, place, diyanet));
+    EXPECT_EQ(unreachable.days[0], PrayerCalculator::times({2027, 4, 1}, place, serviceMethod));
     EXPECT_EQ(unreachable.days[1][Prayer::imsak], serviceImsak({2026, 11, 2}));
 }
 
@@ -227,18 +228,18 @@ TEST_F(PrayerRepositoryTest, foldersThatCannotBeWrittenKeepMonthsInMemory)
     const fs::path plainFile = folder.parent_path().parent_path() / "plain-file";
     std::ofstream(plainFile) << "x";
     const auto homeless = repository(plainFile / "Cache");
-    EXPECT_EQ(homeless->days({{2026, 11, 3}}, place, diyanet).days.at(0)[Prayer::imsak], serviceImsak({2026, 11, 3}));
-    homeless->days({{2026, 11, 4}}, place, diyanet);
+    EXPECT_EQ(homeless->days({{2026, 11, 3}}, place, serviceMethod).days.at(0)[Prayer::imsak], serviceImsak({2026, 11, 3}));
+    homeless->days({{2026, 11, 4}}, place, serviceMethod);
     EXPECT_EQ(hits({2026, 11}), 1u);
 
     // A month file that cannot be read (a folder in its place stops root too) is fetched again
     // and the month is kept in memory, since it cannot be written over either.
-    repository()->days({{2026, 11, 3}}, place, diyanet);
+    repository()->days({{2026, 11, 3}}, place, serviceMethod);
     fs::remove(folder / november);
     fs::create_directory(folder / november);
     const auto blocked = repository();
-    EXPECT_EQ(blocked->days({{2026, 11, 3}}, place, diyanet).source, TimesSource::online);
-    blocked->days({{2026, 11, 4}}, place, diyanet);
+    EXPECT_EQ(blocked->days({{2026, 11, 3}}, place, serviceMethod).source, TimesSource::online);
+    blocked->days({{2026, 11, 4}}, place, serviceMethod);
     EXPECT_EQ(hits({2026, 11}), 3u);
     EXPECT_TRUE(fs::is_directory(folder / november));
 
@@ -247,7 +248,7 @@ TEST_F(PrayerRepositoryTest, foldersThatCannotBeWrittenKeepMonthsInMemory)
     // A read-only folder keeps new months in memory.
     fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
     const auto locked = repository();
-    const auto answer = locked->days({{2026, 12, 3}, {2026, 12, 4}}, place, diyanet);
+    const auto answer = locked->days({{2026, 12, 3}, {2026, 12, 4}}, place, serviceMethod);
     EXPECT_EQ(answer.source, TimesSource::online);
     EXPECT_EQ(answer.days.at(1)[Prayer::imsak], serviceImsak({2026, 12, 4}));
     EXPECT_EQ(hits({2026, 12}), 1u);
@@ -257,9 +258,9 @@ TEST_F(PrayerRepositoryTest, foldersThatCannotBeWrittenKeepMonthsInMemory)
 TEST_F(PrayerRepositoryTest, aSlowFetchHoldsNobodyUp)
 {
     const auto repo = repository();
-    repo->prefetch({2026, 12}, place, diyanet);
+    repo->prefetch({2026, 12}, place, serviceMethod);
     hold(MonthKey{2026, 11});
-    const auto ask = [&](DayKey day) { return std::async(std::launch::async, [&repo, day] { return repo->days({day}, place, diyanet); }); };
+    const auto ask = [&](DayKey day) { return std::async(std::launch::async, [&repo, day] { return repo->days({day}, place, serviceMethod); }); };
     auto first = ask({2026, 11, 10});
     ASSERT_TRUE(waitUntil([&] { return hits({2026, 11}) == 1; }));
     // While the first caller waits for the network, a cached month is answered and a second
@@ -278,9 +279,19 @@ TEST_F(PrayerRepositoryTest, aSlowFetchHoldsNobodyUp)
     EXPECT_EQ(daysInFile(folder / november), 30u);
 }
 
+TEST_F(PrayerRepositoryTest, diyanetIsItsOwnRuleAndNeverAsksTheService)
+{
+    const auto answer = repository()->days({{2026, 11, 10}, {2026, 11, 11}}, place, CalculationMethod::diyanet);
+    EXPECT_EQ(answer.source, TimesSource::rule);
+    EXPECT_EQ(answer.days.at(0), PrayerCalculator::times({2026, 11, 10}, place, CalculationMethod::diyanet));
+    repository()->prefetch({2026, 12}, place, CalculationMethod::diyanet);
+    EXPECT_TRUE(service.requests().empty());
+    EXPECT_FALSE(fs::exists(folder));
+}
+
 TEST(PrayerRepositoryNames, fileNamesAndDefaultFolder)
 {
-    EXPECT_EQ(november, "diyanet_41.008_28.978_Europe-Istanbul_2026-11.json");
+    EXPECT_EQ(november, "mwl_41.008_28.978_Europe-Istanbul_2026-11.json");
     EXPECT_EQ(PrayerRepository::cacheFileName({2027, 1}, {"", -34.60372, -58.38159, "America/Argentina/Buenos_Aires"}, CalculationMethod::ummAlQura),
               "ummAlQura_-34.604_-58.382_America-Argentina-Buenos_Aires_2027-01.json");
 

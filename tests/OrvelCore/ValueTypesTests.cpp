@@ -122,7 +122,8 @@ TEST(Json, roundTripsAndTheStoredForms)
     // Cache files and settings depend on these exact keys and forms.
     EXPECT_EQ(json(DayKey{2025, 3, 7}), json::parse(R"({"year":2025,"month":3,"day":7})"));
     EXPECT_EQ(json(Location::istanbul()),
-              json::parse(R"({"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"Europe/Istanbul"})"));
+              json::parse(R"({"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"Europe/Istanbul",)"
+                          R"("diyanetPoint":{"latitude":41.0148,"longitude":28.9687}})"));
     EXPECT_EQ(json(QuietHours{true, 60, 120}), json::parse(R"({"enabled":true,"start":60,"end":120})"));
     EXPECT_EQ(json(Prayer(Prayer::yatsi)), "yatsi");
     EXPECT_EQ(json(CalculationMethod(CalculationMethod::ummAlQura)), "ummAlQura");

@@ -66,10 +66,12 @@ TEST(Cli, jsonOfOneDay)
     // Seconds since 2001-01-01Z: 8937 days, then İmsak at 00:24Z.
     EXPECT_EQ(document["days"][0]["times"][0].get<double>(), 8937 * 86400.0 + 24 * 60);
     document["days"][0].erase("times");
-    // A calculated day carries its Hijri date but no service-given "hijri".
-    EXPECT_EQ(document, json::parse(R"({"source":"offline","method":"diyanet",
-        "location":{"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"Europe/Istanbul"},
+    // Diyanet's rule is the source, at Diyanet's point of the place, with Diyanet's calendar.
+    EXPECT_EQ(document, json::parse(R"({"source":"rule","method":"diyanet",
+        "location":{"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"Europe/Istanbul",
+                    "diyanetPoint":{"latitude":41.0148,"longitude":28.9687}},
         "days":[{"day":{"year":2025,"month":6,"day":21},"hijriDate":{"day":25,"month":12,"year":1446},
+                 "hijri":{"day":25,"month":12,"year":1446},
                  "clock":["03:24","05:25","13:11","17:11","20:47","22:38"]}]})"));
 }
 
@@ -123,7 +125,7 @@ TEST(Cli, turkishTableLinesUpItsColumnsOnScreen)
     EXPECT_EQ(run.out, "İstanbul, Fatih · Diyanet İşleri Başkanlığı\n\n"
                        "Tarih       Hicri             İmsak  Güneş  Öğle   İkindi  Akşam  Yatsı\n"
                        "21 Haz Cmt  25 Zilhicce 1446  03:24  05:25  13:11  17:11   20:47  22:38\n\n"
-                       "Kaynak: çevrimdışı · cihazda hesaplandı\n");
+                       "Kaynak: Diyanet hesabı · cihazda\n");
 }
 
 TEST(Cli, helpWinsOverBadInput)

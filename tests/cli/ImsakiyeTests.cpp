@@ -80,17 +80,17 @@ TEST(CliImsakiye, ramadanTableInTheTerminal)
         lines.push_back(run.out.substr(start, end - start));
         start = end + 1;
     }
-    // Title, place, blank, two heading lines, 30 days, blank, notice, source.
-    ASSERT_EQ(lines.size(), 3u + 2 + 30 + 3) << run.out;
-    EXPECT_EQ(lines[0], "Ramazan 1447 · 18 Şub – 19 Mar 2026");
+    // Title, place, blank, two heading lines, 29 days (Diyanet's 2026 imsakiye), blank, notice, source.
+    ASSERT_EQ(lines.size(), 3u + 2 + 29 + 3) << run.out;
+    EXPECT_EQ(lines[0], "Ramazan 1447 · 19 Şub – 19 Mar 2026");
     EXPECT_EQ(lines[1], "İstanbul, Fatih · Diyanet İşleri Başkanlığı");
     EXPECT_EQ(lines[3], "   Tarih       Ramazan  İmsak  Güneş  Öğle   İkindi  Akşam  Yatsı  Not");
     EXPECT_EQ(lines[4], "                        Sahur                        İftar");
-    EXPECT_TRUE(lines[5].starts_with("   18 Şub Çar  1. gün   ")) << lines[5];
-    EXPECT_TRUE(lines[25].starts_with("*  10 Mar Sal  21. gün  ")) << lines[25];
+    EXPECT_TRUE(lines[5].starts_with("   19 Şub Per  1. gün   ")) << lines[5];
+    EXPECT_TRUE(lines[24].starts_with("*  10 Mar Sal  20. gün  ")) << lines[24];
     EXPECT_TRUE(lines[30].ends_with("  Kadir Gecesi")) << lines[30];
-    EXPECT_TRUE(lines[34].starts_with("   19 Mar Per  30. gün") && lines[34].ends_with("  Arefe")) << lines[34];
-    EXPECT_EQ(lines[36], "Hicri tarihler ±1 gün farklı olabilir");
+    EXPECT_TRUE(lines[33].starts_with("   19 Mar Per  29. gün") && lines[33].ends_with("  Arefe")) << lines[33];
+    EXPECT_EQ(lines[35], "Hicri tarihler ±1 gün farklı olabilir");
 
     for (const auto &[args, named] : std::vector<std::pair<std::vector<std::string>, std::string>>{
              {{"imsakiye", "--mode", "year"}, "geçersiz sayfa: year"},

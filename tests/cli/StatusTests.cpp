@@ -58,7 +58,8 @@ TEST(CliStatus, textLines)
         {"2025-03-10T17:57", "İftar 1:15\nİftara 1 saat 15 dakika kaldı\n"},
         {"2025-03-10T19:12", "İftar vakti\nYatsı ezanına 1 saat 19 dakika kaldı\n"},
         {"2025-02-28T21:20", "Sahur 8:47\nSahurun bitmesine 8 saat 47 dakika kaldı\n"},
-        {"2025-02-28T18:01", "Akşam 1:00\nAkşam ezanına 1 saat kaldı\n"},
+        // Diyanet's table: Akşam 19:00 that day.
+        {"2025-02-28T18:01", "Akşam 0:59\nAkşam ezanına 59 dakika kaldı\n"},
     };
     for (const auto &[now, text] : cases)
         EXPECT_EQ(status(now, "text"), text) << now;
@@ -73,8 +74,9 @@ TEST(CliStatus, jsonObject)
     EXPECT_EQ(document, json::parse(R"({"current":"ikindi","currentTime":"2025-06-21T10:11:00-04:00","next":"aksam",
         "nextTime":"2025-06-21T13:47:00-04:00","nextIsTomorrow":false,"minutesRemaining":20,
         "kerahat":{"kind":"sunset","start":"2025-06-21T13:02:00-04:00","end":"2025-06-21T13:47:00-04:00"},
-        "title":"Akşam 0:20","label":"Akşam ezanına 20 dakika kaldı, kerahat vakti","method":"diyanet","source":"offline",
-        "location":{"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"America/New_York"}})"));
+        "title":"Akşam 0:20","label":"Akşam ezanına 20 dakika kaldı, kerahat vakti","method":"diyanet","source":"rule",
+        "location":{"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"America/New_York",
+                    "diyanetPoint":{"latitude":41.0148,"longitude":28.9687}}})"));
 
     // Before İmsak nothing is current; after Yatsı the next time is tomorrow's.
     const json before = json::parse(status("2025-06-21T02:54", "json"));

@@ -5,6 +5,7 @@
 #include "NotificationBackend.h"
 #include "NotificationScheduler.h"
 #include "OrvelFormat.h"
+#include "DiyanetCalendar.h"
 #include "PrayerCalculator.h"
 #include "SettingsWatcher.h"
 #include "SoundLibrary.h"
@@ -99,6 +100,9 @@ struct Harness {
         SoundLibrary::setFolder(QString());
     }
 
+    // Diyanet's rule never asks the service; these tests are about the service.
+    static void useServiceMethod() { Defaults::encode(Defaults::Key::method, CalculationMethod(CalculationMethod::mwl)); }
+
     static void useStore(const QString &path)
     {
         Defaults::setStore(std::make_unique<QSettings>(path, QSettings::IniFormat));
@@ -174,6 +178,7 @@ TEST(AppModelClock, RetriesTheOnlineSourceAfterHalfAnHourOffline)
 {
     const Instant start = at(2026, 3, 10, 10, 0, 30);
     Harness harness(start);
+    harness.useServiceMethod();
     harness.source->failing = true;
     const auto model = harness.model();
     ASSERT_TRUE(reloadAndWait(*model));
@@ -197,6 +202,7 @@ TEST(AppModelClock, RetriesTheOnlineSourceAfterHalfAnHourOffline)
 TEST(AppModelClock, OnlyTheNewestLoadIsApplied)
 {
     Harness harness(at(2026, 3, 10, 10, 0));
+    harness.useServiceMethod();
     Defaults::encode(Defaults::Key::location, Location{"Ankara", 39.9208, 32.8541, "Europe/Istanbul"});
     harness.source->heldPlace = "Ankara";
     const auto model = harness.model();
@@ -206,7 +212,7 @@ TEST(AppModelClock, OnlyTheNewestLoadIsApplied)
     ASSERT_TRUE(QTest::qWaitFor([&] { return !harness.source->askedSoFar().empty(); }, loadWaitMs));
     model->setLocation(Location::istanbul());
     ASSERT_TRUE(finished.wait(loadWaitMs));
-    const DayTimes istanbulDay = PrayerCalculator::times({2026, 3, 10}, Location::istanbul(), CalculationMethod::diyanet);
+    const DayTimes istanbulDay = PrayerCalculator::times({2026, 3, 10}, Location::istanbul(), CalculationMethod::mwl);
     EXPECT_EQ(model->today(), istanbulDay);
 
     // The held-back answer for Ankara arrives last and is dropped.
@@ -223,7 +229,8 @@ TEST(AppModelClock, FrozenClockShowsItsOwnMinuteAndSchedulesNothing)
     const auto model = harness.model(at(2026, 11, 16, 12, 34, 56));
     EXPECT_EQ(model->dateLine(), QStringLiteral("16 Kasım 2026 Pazartesi")) << "no Hijri date before the load";
     ASSERT_TRUE(reloadAndWait(*model));
-    const std::string hijri = HijriDate::approximate({2026, 11, 16}).formatted();
+    // Diyanet's calendar, the default method's.
+    const std::string hijri = DiyanetCalendar::date({2026, 11, 16}).formatted();
     EXPECT_EQ(model->dateLine(), QString::fromStdString("16 Kasım 2026 Pazartesi · " + hijri));
 
     harness.clock->advance(7200);
@@ -242,6 +249,7 @@ TEST(AppModelClock, PrefetchesNextMonthFromThe25th)
     };
     for (const auto &[start, expected] : cases) {
         Harness harness(start);
+        harness.useServiceMethod();
         ASSERT_TRUE(reloadAndWait(*harness.model()));
         settleWorkers();
         EXPECT_EQ(harness.source->askedSoFar(), expected);
