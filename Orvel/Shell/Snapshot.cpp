@@ -244,7 +244,8 @@ std::optional<Instant> parseNow(const QString &value)
 
 Location uskudar()
 {
-    return Location{"İstanbul, Üsküdar", 41.0255, 29.0153, istanbulZone};
+    // Diyanet computes Üsküdar at İstanbul's point.
+    return Location{"İstanbul, Üsküdar", 41.0255, 29.0153, istanbulZone, GeoPoint{41.0148, 28.9687}};
 }
 
 std::unique_ptr<QWidget> labels(AppModel &model, Appearance appearance)

@@ -101,7 +101,7 @@ struct Harness {
     }
 
     // Diyanet's rule never asks the service; these tests are about the service.
-    static void useServiceMethod() { Defaults::encode(Defaults::Key::method, CalculationMethod(CalculationMethod::mwl)); }
+    static void useServiceMethod() { Defaults::store().setValue(Defaults::name(Defaults::Key::method), QStringLiteral("mwl")); }
 
     static void useStore(const QString &path)
     {

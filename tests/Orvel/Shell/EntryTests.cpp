@@ -105,9 +105,9 @@ TEST(Snapshot, WritesThePicturesAndTheSummaryOffline)
     // Each timetable page is announced once per appearance.
     const QString imsakiye = "imsakiye week: 7 gün, 2026-03-09 … 2026-03-15\n"
                              "imsakiye month: 31 gün, 2026-03-01 … 2026-03-31\n"
-                             "imsakiye ramadan: 30 gün, 2026-02-18 … 2026-03-19\n";
+                             "imsakiye ramadan: 29 gün, 2026-02-19 … 2026-03-19\n";
     EXPECT_EQ(QString::fromUtf8(orvel.readAllStandardOutput()),
-              imsakiye + imsakiye + "source=offline location=İstanbul, Üsküdar\n" + times.join("  ") + '\n');
+              imsakiye + imsakiye + "source=rule location=İstanbul, Üsküdar\n" + times.join("  ") + '\n');
 
     std::map<QString, QImage> pictures;
     for (const QString name : {"popover-light", "popover-dark", "menubar-light", "menubar-dark", "imsakiye-week-light",

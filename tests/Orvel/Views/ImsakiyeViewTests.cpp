@@ -142,8 +142,8 @@ TEST_F(ImsakiyeViewTest, PagesWithButtonsKeysAndModes)
     EXPECT_FALSE(view.todayButton()->isEnabled()) << "the current page is shown";
     EXPECT_EQ(view.header()->headings(),
               (QStringList{"Tarih", "Hicri", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı"}));
-    EXPECT_EQ(view.rows()[9]->accessibleName(), QStringLiteral("10 Mar Sal, 21 Ramazan, İmsak 05:53, Güneş 07:17, Öğle 13:19, "
-                                                               "İkindi 16:35, Akşam 19:12, Yatsı 20:31, bugün"));
+    EXPECT_EQ(view.rows()[9]->accessibleName(), QStringLiteral("10 Mar Sal, 20 Ramazan, İmsak 05:53, Güneş 07:17, Öğle 13:19, "
+                                                               "İkindi 16:34, Akşam 19:11, Yatsı 20:30, bugün"));
     EXPECT_TRUE(Imsakiye::isDimmed(ImsakiyeMode::month, view.rows()[8]->content().row));
 
     // Each step is the next page, from the buttons and from the keyboard alike.
@@ -167,13 +167,13 @@ TEST_F(ImsakiyeViewTest, PagesWithButtonsKeysAndModes)
 
     // Another mode starts at its current page.
     step([&] { QTest::mouseClick(view.modePicker(), Qt::LeftButton, {}, view.modePicker()->segmentRect(ImsakiyeMode::ramadan).center()); },
-         "Ramazan 1447 · 18 Şub – 19 Mar 2026", 0);
+         "Ramazan 1447 · 19 Şub – 19 Mar 2026", 0);
     EXPECT_EQ(view.mode(), ImsakiyeMode::ramadan);
-    EXPECT_EQ(view.rows().size(), 30u);
+    EXPECT_EQ(view.rows().size(), 29u);
     EXPECT_EQ(view.header()->headings(),
               (QStringList{"Tarih", "Ramazan", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı", "Sahur", "İftar"}));
     EXPECT_EQ(view.rows()[25]->content().row.note, "Kadir Gecesi");
-    EXPECT_EQ(view.rows()[29]->content().row.note, "Arefe");
+    EXPECT_EQ(view.rows()[28]->content().row.note, "Arefe");
     step([&] { view.showPrevious(); }, "Ramazan 1446 · 1 Mar – 29 Mar 2025", -1);
     EXPECT_EQ(view.rows().size(), 29u);
     step([&] { view.setMode(ImsakiyeMode::week); }, "9 – 15 Mart 2026", 0);
@@ -275,18 +275,18 @@ TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
                      }});
     EXPECT_FALSE(view.savePdf()) << "cancelled";
     ASSERT_EQ(suggested.size(), 1);
-    EXPECT_TRUE(suggested[0].endsWith(QStringLiteral("/İmsakiye Ramazan 1447 · 18 Şub – 19 Mar 2026.pdf"))) << suggested[0].toStdString();
+    EXPECT_TRUE(suggested[0].endsWith(QStringLiteral("/İmsakiye Ramazan 1447 · 19 Şub – 19 Mar 2026.pdf"))) << suggested[0].toStdString();
 
     answer = folder.filePath("ramazan.pdf");
     view.pdfAction()->trigger();
     const QString text = pdfText(answer);
     ASSERT_FALSE(text.isEmpty()) << "pdftotext could not read " << answer.toStdString();
-    for (const char *expected : {"İMSAKİYE", "Ramazan 1447 · 18 Şub – 19 Mar 2026", "İstanbul, Üsküdar · Diyanet İşleri Başkanlığı",
-                                 "Sahur", "İftar", "Kadir Gecesi", "Arefe", "1. gün", "30. gün",
+    for (const char *expected : {"İMSAKİYE", "Ramazan 1447 · 19 Şub – 19 Mar 2026", "İstanbul, Üsküdar · Diyanet İşleri Başkanlığı",
+                                 "Sahur", "İftar", "Kadir Gecesi", "Arefe", "1. gün", "29. gün",
                                  "Hicri tarihler ±1 gün farklı olabilir"})
         EXPECT_TRUE(text.contains(QString::fromUtf8(expected))) << expected << "\n" << text.toStdString();
     // Today's row with its six times on one line.
-    EXPECT_TRUE(text.contains(QRegularExpression(QStringLiteral("10 Mar Sal +21\\. gün +05:53 +07:17 +13:19 +16:35 +19:12 +20:31"))))
+    EXPECT_TRUE(text.contains(QRegularExpression(QStringLiteral("10 Mar Sal +20\\. gün +05:53 +07:17 +13:19 +16:34 +19:11 +20:30"))))
         << text.toStdString();
     const QString info = pdfInfo(answer);
     EXPECT_TRUE(info.contains(QRegularExpression(QStringLiteral("Pages: +1\\n")))) << info.toStdString();
@@ -336,8 +336,8 @@ TEST_F(ImsakiyeViewTest, RamadanPageMovesOnOnceTodaysTimesSayThisOneIsOver)
     EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Ramazan 1446 · 1 Mar – 29 Mar 2025"));
 
     model.reload();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view.titleLabel()->text() == QStringLiteral("Ramazan 1447 · 18 Şub – 19 Mar 2026"); },
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.titleLabel()->text() == QStringLiteral("Ramazan 1447 · 19 Şub – 19 Mar 2026"); },
                                 loadWaitMs))
         << view.titleLabel()->text().toStdString();
-    EXPECT_EQ(view.rows().size(), 30u);
+    EXPECT_EQ(view.rows().size(), 29u);
 }

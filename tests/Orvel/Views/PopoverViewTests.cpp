@@ -123,8 +123,8 @@ TEST_F(PopoverViewTest, ShowsTheDayAtNoonInRamadan)
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
     PopoverView view(*model, {}, {}, {});
 
-    EXPECT_TRUE(view.dateLabel()->text().endsWith(QStringLiteral(" · 21 Ramazan 1447"))) << view.dateLabel()->text().toStdString();
-    EXPECT_EQ(view.ramadanLabel()->text(), QStringLiteral("Ramazan'ın 21. günü"));
+    EXPECT_TRUE(view.dateLabel()->text().endsWith(QStringLiteral(" · 20 Ramazan 1447"))) << view.dateLabel()->text().toStdString();
+    EXPECT_EQ(view.ramadanLabel()->text(), QStringLiteral("Ramazan'ın 20. günü"));
 
     const HeroCard &hero = *view.heroCard();
     EXPECT_EQ(hero.countdownTitle()->text(), QStringLiteral("Öğle ezanına kalan"));
@@ -135,8 +135,8 @@ TEST_F(PopoverViewTest, ShowsTheDayAtNoonInRamadan)
 
     const PrayerList &list = *view.prayerList();
     EXPECT_EQ(listing(list), (QStringList{"İmsak 05:53", "Güneş 07:17, şu anki orvel", "Kerahat, 07:17 ile 08:02 arası",
-                                          "Kerahat (istiva), 13:09 ile 13:19 arası", "Öğle 13:19", "İkindi 16:35",
-                                          "Kerahat, 18:27 ile 19:12 arası", "Akşam 19:12", "Yatsı 20:31"}));
+                                          "Kerahat (istiva), 13:09 ile 13:19 arası", "Öğle 13:19", "İkindi 16:34",
+                                          "Kerahat, 18:26 ile 19:11 arası", "Akşam 19:11", "Yatsı 20:30"}));
     EXPECT_EQ(rowOf(list, Prayer::ogle)->content().state, PrayerRowState::next);
     EXPECT_EQ(rowOf(list, Prayer::imsak)->content().tag, QStringLiteral("sahur sonu"));
 
@@ -146,7 +146,7 @@ TEST_F(PopoverViewTest, ShowsTheDayAtNoonInRamadan)
     EXPECT_EQ(kerahat[2]->countdownText(), QString()) << "only the next interval counts down";
 
     EXPECT_TRUE(view.kerahatBanner()->isHidden());
-    EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Diyanet takvimi"));
+    EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Diyanet hesabı · cihazda"));
 }
 
 TEST_F(PopoverViewTest, KerahatBannerWhileAnIntervalRuns)
@@ -222,13 +222,14 @@ TEST_F(PopoverViewTest, ButtonsReachTheModelAndTheActions)
     EXPECT_DOUBLE_EQ(view.reloadButton()->opacity(), 1.0);
 }
 
-TEST_F(PopoverViewTest, OfflineTimesSayWhereTheyCameFrom)
+TEST_F(PopoverViewTest, DiyanetTimesSayWhereTheyCameFrom)
 {
+    // Diyanet's times are its rule's, computed on the device: no stand-in, and said so.
     failing = true;
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
     PopoverView view(*model, {}, {}, {});
-    EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Çevrimdışı · cihazda hesaplandı"));
-    EXPECT_EQ(view.sourceLabel()->symbol(), QStringLiteral("wifi.slash"));
+    EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Diyanet hesabı · cihazda"));
+    EXPECT_EQ(view.sourceLabel()->symbol(), QString());
     // Beside the buttons the note takes two lines, but all of it is shown.
     view.setAttribute(Qt::WA_DontShowOnScreen);
     view.show();
