@@ -1,5 +1,8 @@
 #include "CalculationMethod.h"
 #include "DayKey.h"
+#include "DiyanetCalendar.h"
+#include "DiyanetRule.h"
+#include "TimeZone.h"
 #include "Location.h"
 #include "MonthKey.h"
 #include "PrayerCalculator.h"
@@ -81,3 +84,34 @@ BENCHMARK(calculatorYearResolvingZone)->Unit(benchmark::kMillisecond);
 } // namespace
 
 BENCHMARK_MAIN();
+
+namespace {
+
+// Diyanet's rule alone, at İstanbul's point: one solar position a day.
+void diyanetRuleYear(benchmark::State &state)
+{
+    const std::vector<DayKey> days = yearOfDays(2025);
+    const TimeZone zone = TimeZone::named("Europe/Istanbul");
+    int64_t computed = 0;
+    for (auto _ : state) {
+        for (const DayKey &day : days) {
+            benchmark::DoNotOptimize(DiyanetRule::times(day, 41.0148, 28.9687, zone));
+            ++computed;
+        }
+    }
+    state.SetItemsProcessed(computed); // items_per_second: days per second
+}
+BENCHMARK(diyanetRuleYear)->Unit(benchmark::kMillisecond);
+
+// Diyanet's Hijri calendar: the start of a month not yet known.
+void diyanetMonthStart(benchmark::State &state)
+{
+    int64_t year = DiyanetCalendar::firstYear;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(DiyanetCalendar::firstDay(year, 9));
+        year = year == DiyanetCalendar::lastYear ? DiyanetCalendar::firstYear : year + 1;
+    }
+}
+BENCHMARK(diyanetMonthStart)->Unit(benchmark::kMillisecond)->Iterations(50);
+
+} // namespace
