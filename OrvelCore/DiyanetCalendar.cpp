@@ -95,6 +95,11 @@ public:
         }
     }
 
+    Body moon(double hour) const { return at(moon_, hour); }
+    Body sun(double hour) const { return at(sun_, hour); }
+    double start() const { return start_; }
+
+private:
     static double distanceAt(double jde)
     {
         ln_rect_posn moon{};
@@ -102,11 +107,6 @@ public:
         return std::sqrt(moon.X * moon.X + moon.Y * moon.Y + moon.Z * moon.Z);
     }
 
-    Body moon(double hour) const { return at(moon_, hour); }
-    Body sun(double hour) const { return at(sun_, hour); }
-    double start() const { return start_; }
-
-private:
     static Body at(const std::array<Body, samples> &table, double hour)
     {
         const double position = std::clamp(hour / step, 0.0, samples - 1 - 1e-9);
@@ -125,14 +125,11 @@ private:
 // Hours after 0h UT of the date at which the sun stands at the altitude, in the morning or evening.
 std::optional<double> sunAt(const SolarPosition &sun, double latitude, double longitude, double altitude, bool evening)
 {
-    const double phi = radians(latitude);
-    const double delta = radians(sun.declination);
-    const double c = (std::sin(radians(altitude)) - std::sin(phi) * std::sin(delta)) / (std::cos(phi) * std::cos(delta));
-    if (!(c >= -1 && c <= 1))
+    const auto hourAngle = sun.hourAngle(latitude, altitude);
+    if (!hourAngle)
         return std::nullopt;
     const double noon = 12 - longitude / 15 - sun.equationOfTime;
-    const double hourAngle = degrees(std::acos(c)) / 15;
-    return evening ? noon + hourAngle : noon - hourAngle;
+    return evening ? noon + *hourAngle : noon - *hourAngle;
 }
 
 bool criterionHolds(const Sky &sky, double hour, double latitude, double longitude)
@@ -164,11 +161,6 @@ std::pair<int64_t, int64_t> shifted(int64_t year, int64_t month, int64_t by)
 {
     const int64_t index = year * 12 + (month - 1) + by;
     return {index / 12, index % 12 + 1};
-}
-
-HijriDate ummAlQura(const DayKey &day)
-{
-    return HijriDate::approximate(day);
 }
 
 } // namespace
@@ -250,7 +242,7 @@ std::optional<DayKey> firstDay(int64_t year, int64_t month)
 
 HijriDate date(const DayKey &day)
 {
-    const HijriDate estimate = ummAlQura(day);
+    const HijriDate estimate = HijriDate::approximate(day);
     if (estimate.year < firstYear || estimate.year > lastYear)
         return estimate;
     for (const int64_t by : {0, -1, 1}) {

@@ -20,19 +20,11 @@ double degrees(double radians) { return radians * 180 / std::numbers::pi; }
 // The six local hours at one latitude, for a sun fixed for the whole day.
 HighLatitude::Hours hoursAt(double latitude, const SolarPosition &sun, double noon)
 {
-    const double phi = radians(latitude);
-    const double delta = radians(sun.declination);
-    const auto hourAngle = [&](double altitude) -> std::optional<double> {
-        const double c = (std::sin(radians(altitude)) - std::sin(phi) * std::sin(delta)) / (std::cos(phi) * std::cos(delta));
-        if (!(c >= -1 && c <= 1))
-            return std::nullopt;
-        return degrees(std::acos(c)) / 15;
-    };
     const auto at = [&](double altitude, double sign) -> std::optional<double> {
-        const auto h = hourAngle(altitude);
+        const auto h = sun.hourAngle(latitude, altitude);
         return h ? std::optional(noon + sign * *h) : std::nullopt;
     };
-    const double asrAltitude = degrees(std::atan(1 / (1 + std::tan(std::fabs(phi - delta)))));
+    const double asrAltitude = degrees(std::atan(1 / (1 + std::tan(radians(std::fabs(latitude - sun.declination))))));
     return {at(-imsakAngle, -1), at(sunriseAltitude, -1), noon, at(asrAltitude, 1), at(sunriseAltitude, 1), at(-yatsiAngle, 1)};
 }
 

@@ -11,7 +11,6 @@
 #include <memory>
 #include <mutex>
 #include <numbers>
-#include <sstream>
 
 #include <geonames/geonames.h>
 #include <libintl.h>

@@ -61,19 +61,10 @@ PlaceFinder::Search PlaceFinder::search(std::string_view query) const
         return {withDiyanetPoints(locations(geocoder_.search(query), query, machineZone())), false};
     } catch (...) {
         const std::exception_ptr failure = std::current_exception();
-        const std::vector<Gazetteer::Place> places = Gazetteer::search(query);
-        std::vector<Location> offline = locations(placemarks(places), query, machineZone());
+        std::vector<Location> offline = locations(placemarks(Gazetteer::search(query)), query, machineZone());
         if (offline.empty())
             std::rethrow_exception(failure);
-        // Names are unique in the list, so a location is its place's.
-        for (Location &location : offline) {
-            const auto place = std::ranges::find_if(places, [&](const Gazetteer::Place &p) {
-                return p.latitude == location.latitude && p.longitude == location.longitude;
-            });
-            if (place != places.end())
-                location.diyanetPoint = place->diyanetPoint;
-        }
-        return {std::move(offline), true};
+        return {withDiyanetPoints(std::move(offline)), true};
     }
 }
 

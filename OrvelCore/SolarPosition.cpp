@@ -33,4 +33,14 @@ SolarPosition SolarPosition::at(double julianDay)
     return {declination, wrap(q / 15 - rightAscension + 12, 24) - 12};
 }
 
+std::optional<double> SolarPosition::hourAngle(double latitude, double altitude) const
+{
+    const double phi = radians(latitude);
+    const double delta = radians(declination);
+    const double c = (std::sin(radians(altitude)) - std::sin(phi) * std::sin(delta)) / (std::cos(phi) * std::cos(delta));
+    if (!(c >= -1 && c <= 1))
+        return std::nullopt;
+    return degrees(std::acos(c)) / 15;
+}
+
 } // namespace orvel

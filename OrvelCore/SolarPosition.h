@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 namespace orvel {
 
 // The sun by the classic low-precision formulas (mean anomaly, mean longitude, ecliptic longitude
@@ -10,6 +12,10 @@ struct SolarPosition {
     double equationOfTime = 0; // hours, apparent minus mean solar time
 
     static SolarPosition at(double julianDay);
+
+    // Hours from local noon to the moment the sun stands at the altitude (degrees) at the
+    // latitude; none on a day it never does.
+    std::optional<double> hourAngle(double latitude, double altitude) const;
 
     bool operator==(const SolarPosition &) const = default;
 };

@@ -9,31 +9,27 @@ namespace orvel {
 // Diyanet's own rule, which is the source of Diyanet's times and no stand-in.
 enum class TimesSource { online, offline, rule };
 
+namespace detail {
+struct TimesSourceInfo {
+    std::string_view raw;
+    std::string_view label;
+};
+constexpr TimesSourceInfo timesSources[]{
+    {"online", "çevrimiçi"},
+    {"offline", "çevrimdışı · cihazda hesaplandı"},
+    {"rule", "Diyanet hesabı · cihazda"},
+};
+} // namespace detail
+
 constexpr std::string_view rawValue(TimesSource source)
 {
-    switch (source) {
-    case TimesSource::online:
-        return "online";
-    case TimesSource::rule:
-        return "rule";
-    case TimesSource::offline:
-        break;
-    }
-    return "offline";
+    return detail::timesSources[static_cast<size_t>(source)].raw;
 }
 
 // "çevrimiçi", "çevrimdışı · cihazda hesaplandı", "Diyanet hesabı · cihazda"
 constexpr std::string_view label(TimesSource source)
 {
-    switch (source) {
-    case TimesSource::online:
-        return "çevrimiçi";
-    case TimesSource::rule:
-        return "Diyanet hesabı · cihazda";
-    case TimesSource::offline:
-        break;
-    }
-    return "çevrimdışı · cihazda hesaplandı";
+    return detail::timesSources[static_cast<size_t>(source)].label;
 }
 
 } // namespace orvel
