@@ -149,12 +149,34 @@ std::vector<Row> rows(const ImsakiyePage &page, const std::vector<DayTimes> &day
         const bool isLastOfRamadan = page.mode == ImsakiyeMode::ramadan && i + 1 == days.size();
         row.note = note(page.mode, row.hijriDate, isLastOfRamadan);
         for (size_t p = 0; p < day.times.size(); ++p)
-            row.times[p] = OrvelFormat::time(day.times[p], zone);
+            row.times[p] = OrvelFormat::time(day.times[p], zone) + (day.estimated[p] ? std::string(estimatedMark) : "");
         row.isToday = day.day == page.today;
         row.isPast = day.day < page.today;
         rows.push_back(std::move(row));
     }
     return rows;
+}
+
+std::optional<std::string_view> sourceNote(TimesSource source)
+{
+    switch (source) {
+    case TimesSource::offline:
+        return offlineNote;
+    case TimesSource::rule:
+        return ruleNote;
+    case TimesSource::online:
+        break;
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string_view> notices(const std::vector<DayTimes> &days)
+{
+    std::vector<std::string_view> lines{hijriNotice};
+    const auto hasEstimate = [](const DayTimes &day) { return std::ranges::any_of(day.estimated, std::identity()); };
+    if (std::ranges::any_of(days, hasEstimate))
+        lines.push_back(estimatedNotice);
+    return lines;
 }
 
 bool isHighlighted(ImsakiyeMode mode, Prayer prayer)

@@ -8,6 +8,7 @@
 #include "Location.h"
 #include "MonthKey.h"
 #include "Prayer.h"
+#include "TimesSource.h"
 
 #include <array>
 #include <cstdint>
@@ -37,6 +38,10 @@ struct ImsakiyePage {
 namespace Imsakiye {
 
 constexpr std::string_view offlineNote = "· Çevrimdışı, cihazda hesaplandı";
+constexpr std::string_view ruleNote = "· Diyanet hesabı, cihazda";
+// After a time the high-latitude rule estimated, and the line that explains the mark.
+constexpr std::string_view estimatedMark = "*";
+constexpr std::string_view estimatedNotice = "* tahmini: güneş o gün yeterince alçalmıyor";
 constexpr std::string_view hijriNotice = "Hicri tarihler ±1 gün farklı olabilir";
 constexpr std::string_view kadirNote = "Kadir Gecesi";
 constexpr std::string_view arefeNote = "Arefe";
@@ -49,7 +54,7 @@ struct Row {
     std::string hijri; // "7 Ramazan", or "7. gün" in Ramadan mode
     HijriDate hijriDate;
     std::optional<std::string> note;
-    std::array<std::string, 6> times; // "05:12", in Prayer::allCases order
+    std::array<std::string, 6> times; // "05:12", "05:12*" when estimated, in Prayer::allCases order
     bool isToday = false;
     bool isPast = false;
 
@@ -78,6 +83,11 @@ std::optional<std::string> note(ImsakiyeMode mode, const HijriDate &hijri, bool 
 // "7. gün" in Ramadan mode, "7 Ramazan" otherwise.
 std::string hijriText(ImsakiyeMode mode, const HijriDate &hijri);
 std::vector<Row> rows(const ImsakiyePage &page, const std::vector<DayTimes> &days, const TimeZone &zone);
+// Where the times came from, beside the place; none for the service's own times.
+std::optional<std::string_view> sourceNote(TimesSource source);
+// The notes under the table: the Hijri caveat, and what the mark of an estimated time means when
+// a row has one.
+std::vector<std::string_view> notices(const std::vector<DayTimes> &days);
 
 // Sahur and iftar stand out in Ramadan mode.
 bool isHighlighted(ImsakiyeMode mode, Prayer prayer);

@@ -139,23 +139,36 @@ std::string PrayerRepository::cacheFileName(MonthKey month, const Location &loca
     return name;
 }
 
-PrayerRepository::Answer PrayerRepository::days(const std::vector<DayKey> &keys, const Location &location, CalculationMethod method)
+bool PrayerRepository::asksService(CalculationMethod method, const TimesOptions &options)
+{
+    // Diyanet's rule is Diyanet's own computation: the service is asked only when the user wants it.
+    return method != CalculationMethod::diyanet || options.diyanetFromService;
+}
+
+PrayerRepository::Answer PrayerRepository::days(const std::vector<DayKey> &keys, const Location &location,
+                                                 CalculationMethod method, const TimesOptions &options)
 {
     Answer answer;
     std::optional<TimeZone> zone;
     const auto calculated = [&](const DayKey &day) {
         if (!zone)
             zone = location.timeZone();
-        return PrayerCalculator::times(day, location, method, *zone);
+        return PrayerCalculator::times(day, location, method, *zone, options.highLatitude);
+    };
+    const auto finish = [&](const std::vector<DayTimes> &days) {
+        answer.days.reserve(days.size());
+        for (const DayTimes &day : days)
+            answer.days.push_back(options.applied(day, method));
+        return answer;
     };
 
-    // Diyanet's rule is Diyanet's own computation: nothing to ask the service for.
-    if (method == CalculationMethod::diyanet) {
-        answer.source = TimesSource::rule;
-        answer.days.reserve(keys.size());
+    if (!asksService(method, options)) {
+        answer.source = method == CalculationMethod::diyanet ? TimesSource::rule : TimesSource::offline;
+        std::vector<DayTimes> days;
+        days.reserve(keys.size());
         for (const DayKey &key : keys)
-            answer.days.push_back(calculated(key));
-        return answer;
+            days.push_back(calculated(key));
+        return finish(days);
     }
 
     std::set<MonthKey> months;
@@ -173,24 +186,26 @@ PrayerRepository::Answer PrayerRepository::days(const std::vector<DayKey> &keys,
                 table.insert_or_assign(day.day, std::move(day));
             continue;
         }
-        answer.source = TimesSource::offline;
+        answer.source = method == CalculationMethod::diyanet ? TimesSource::rule : TimesSource::offline;
         for (const DayKey &day : month.days()) {
             if (requested.contains(day))
                 table.insert_or_assign(day, calculated(day));
         }
     }
 
-    answer.days.reserve(keys.size());
+    std::vector<DayTimes> days;
+    days.reserve(keys.size());
     for (const DayKey &key : keys) {
         const auto found = table.find(key);
-        answer.days.push_back(found != table.end() ? found->second : calculated(key));
+        days.push_back(found != table.end() ? found->second : calculated(key));
     }
-    return answer;
+    return finish(days);
 }
 
-void PrayerRepository::prefetch(MonthKey month, const Location &location, CalculationMethod method)
+void PrayerRepository::prefetch(MonthKey month, const Location &location, CalculationMethod method,
+                                const TimesOptions &options)
 {
-    if (method == CalculationMethod::diyanet)
+    if (!asksService(method, options))
         return;
     if (!cached(month, location, method))
         fetchOnline(month, location, method);
@@ -210,6 +225,8 @@ std::optional<std::vector<DayTimes>> PrayerRepository::cached(MonthKey month, co
     const std::lock_guard lock(mutex_);
     if (const auto found = memory_.find(name); found != memory_.end())
         return found->second;
+    if (cacheDirectory_.empty())
+        return std::nullopt;
 
     const auto text = readFile(cacheDirectory_ / name);
     if (!text)
@@ -229,6 +246,8 @@ std::optional<std::vector<DayTimes>> PrayerRepository::cached(MonthKey month, co
 std::optional<std::vector<DayTimes>> PrayerRepository::fetchOnline(MonthKey month, const Location &location, CalculationMethod method)
 {
     // No lock here: a slow network must not hold up other callers.
+    if (!fetch_)
+        return std::nullopt;
     std::vector<DayTimes> days;
     try {
         days = fetch_(month, location, method);
@@ -245,6 +264,8 @@ void PrayerRepository::store(const std::string &name, const std::vector<DayTimes
 {
     const std::lock_guard lock(mutex_);
     memory_.insert_or_assign(name, days);
+    if (cacheDirectory_.empty())
+        return;
     try {
         std::error_code error;
         fs::create_directories(cacheDirectory_, error);

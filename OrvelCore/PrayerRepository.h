@@ -6,6 +6,7 @@
 #include "DayTimes.h"
 #include "Location.h"
 #include "MonthKey.h"
+#include "TimesOptions.h"
 #include "TimesSource.h"
 
 #include <filesystem>
@@ -19,7 +20,9 @@
 namespace orvel {
 
 // Which times given days have at a place under a method, month by month: from memory, else the
-// cache file, else the online source, else the calculator. Thread-safe; the lock is not held
+// cache file, else the online source, else the calculator; Diyanet's from its own rule unless the
+// user prefers the service. The user's options are applied to what is answered, never to what is
+// kept, so changing them needs no new request. Thread-safe; the lock is not held
 // while a month is fetched, so a slow network never blocks another caller.
 class PrayerRepository {
 public:
@@ -30,6 +33,7 @@ public:
         TimesSource source = TimesSource::online;
     };
 
+    // An empty folder keeps nothing on disk; an empty fetch never asks the service.
     PrayerRepository(std::filesystem::path cacheDirectory, MonthFetch fetch);
     PrayerRepository(std::filesystem::path cacheDirectory, AladhanClient client);
 
@@ -41,13 +45,15 @@ public:
     const std::filesystem::path &cacheDirectory() const { return cacheDirectory_; }
 
     // Exactly one day per key, in the order of the keys. Never throws.
-    Answer days(const std::vector<DayKey> &keys, const Location &location, CalculationMethod method);
+    Answer days(const std::vector<DayKey> &keys, const Location &location, CalculationMethod method,
+                const TimesOptions &options = {});
     // Makes sure the month is cached when the online source can give it. Never throws.
-    void prefetch(MonthKey month, const Location &location, CalculationMethod method);
+    void prefetch(MonthKey month, const Location &location, CalculationMethod method, const TimesOptions &options = {});
     // Forgets every month and removes the cache folder.
     void clear();
 
 private:
+    static bool asksService(CalculationMethod method, const TimesOptions &options);
     std::optional<std::vector<DayTimes>> cached(MonthKey month, const Location &location, CalculationMethod method);
     std::optional<std::vector<DayTimes>> fetchOnline(MonthKey month, const Location &location, CalculationMethod method);
     void store(const std::string &name, const std::vector<DayTimes> &days);

@@ -10,6 +10,7 @@ PlaceOptions placeOptions()
     PlaceOptions options;
     options.stored = settings.location;
     options.method = settings.method;
+    options.times = settings.times;
     return options;
 }
 

@@ -81,6 +81,8 @@ struct PlaceOptions {
     std::optional<std::string> name;
     CalculationMethod method = CalculationMethod::diyanet;
     bool methodGiven = false;
+    // The user's adjustments and choices for the times, as the application keeps them.
+    TimesOptions times;
 
     void addTo(OptionTable &table);
     // Some place or method option was given: the times are not necessarily the application's.

@@ -1,7 +1,6 @@
 #include "DaySource.h"
 
 #include "AladhanClient.h"
-#include "PrayerCalculator.h"
 #include "PrayerRepository.h"
 
 #include <fstream>
@@ -11,16 +10,22 @@
 
 namespace orvel::cli {
 
+namespace {
+
+DaySource from(std::shared_ptr<PrayerRepository> repository)
+{
+    return [repository](const std::vector<DayKey> &keys, const Location &location, CalculationMethod method,
+                        const TimesOptions &options) {
+        PrayerRepository::Answer answer = repository->days(keys, location, method, options);
+        return DaysAnswer{std::move(answer.days), answer.source};
+    };
+}
+
+} // namespace
+
 DaySource calculatorSource()
 {
-    return [](const std::vector<DayKey> &keys, const Location &location, CalculationMethod method) {
-        const TimeZone zone = location.timeZone();
-        DaysAnswer answer{{}, method == CalculationMethod::diyanet ? TimesSource::rule : TimesSource::offline};
-        answer.days.reserve(keys.size());
-        for (const DayKey &key : keys)
-            answer.days.push_back(PrayerCalculator::times(key, location, method, zone));
-        return answer;
-    };
+    return from(std::make_shared<PrayerRepository>(std::filesystem::path(), PrayerRepository::MonthFetch()));
 }
 
 namespace {
@@ -74,11 +79,7 @@ DaySource repositorySource(std::filesystem::path cacheDirectory, std::string ser
             throw;
         }
     };
-    const auto repository = std::make_shared<PrayerRepository>(std::move(cacheDirectory), std::move(fetch));
-    return [repository](const std::vector<DayKey> &keys, const Location &location, CalculationMethod method) {
-        PrayerRepository::Answer answer = repository->days(keys, location, method);
-        return DaysAnswer{std::move(answer.days), answer.source};
-    };
+    return from(std::make_shared<PrayerRepository>(std::move(cacheDirectory), std::move(fetch)));
 }
 
 } // namespace orvel::cli

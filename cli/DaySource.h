@@ -5,6 +5,7 @@
 #include "DayKey.h"
 #include "DayTimes.h"
 #include "Location.h"
+#include "TimesOptions.h"
 #include "TimesSource.h"
 
 #include <chrono>
@@ -23,7 +24,8 @@ struct DaysAnswer {
 
 // Gives exactly one day per key, in the order of the keys. Commands take their days only from
 // here, so the calculator and the cached online timetable are interchangeable.
-using DaySource = std::function<DaysAnswer(const std::vector<DayKey> &, const Location &, CalculationMethod)>;
+using DaySource = std::function<DaysAnswer(const std::vector<DayKey> &, const Location &, CalculationMethod,
+                                           const TimesOptions &)>;
 
 // Computes the days on the device.
 DaySource calculatorSource();

@@ -51,6 +51,14 @@ OptionTable optionTable(Choices &choices)
     return table;
 }
 
+std::string notices(const std::vector<DayTimes> &days)
+{
+    std::string text;
+    for (const std::string_view notice : Imsakiye::notices(days))
+        text += std::string(notice) + "\n";
+    return text;
+}
+
 std::string sourceLine(TimesSource source)
 {
     return "Kaynak: " + std::string(label(source));
@@ -89,6 +97,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     Request request;
     request.location = choices.place.location();
     request.method = choices.place.method;
+    request.times = choices.place.times;
     request.mode = choices.mode;
     request.offset = choices.offset;
     request.today = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
@@ -99,10 +108,10 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
 
 Page load(const Request &request, const DaySource &source)
 {
-    const DaysAnswer today = source({request.today}, request.location, request.method);
+    const DaysAnswer today = source({request.today}, request.location, request.method, request.times);
     Page page;
     page.page = {request.mode, request.offset, request.today, today.days.at(0)};
-    const DaysAnswer answer = source(Imsakiye::keys(page.page), request.location, request.method);
+    const DaysAnswer answer = source(Imsakiye::keys(page.page), request.location, request.method, request.times);
     page.days = Imsakiye::pageDays(page.page, answer.days);
     page.source = answer.source;
     return page;
@@ -113,7 +122,7 @@ std::string text(const Request &request, const Page &page)
     const TimeZone zone = request.location.timeZone();
     const std::vector<Imsakiye::Row> rows = Imsakiye::rows(page.page, page.days, zone);
     return Imsakiye::title(page.page, page.days, zone) + "\n" + Imsakiye::placeLine(request.location, request.method)
-        + "\n\n" + TextTable::render(table(page.page, rows)) + "\n" + std::string(Imsakiye::hijriNotice) + "\n"
+        + "\n\n" + TextTable::render(table(page.page, rows)) + "\n" + notices(page.days)
         + sourceLine(page.source) + "\n";
 }
 

@@ -24,6 +24,7 @@ namespace ImsakiyeCommand {
 struct Request {
     Location location;
     CalculationMethod method = CalculationMethod::diyanet;
+    TimesOptions times;
     ImsakiyeMode mode = ImsakiyeMode::month;
     int64_t offset = 0;
     DayKey today;

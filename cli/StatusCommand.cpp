@@ -141,6 +141,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     Request request;
     request.location = choices.place.location();
     request.method = choices.place.method;
+    request.times = choices.place.times;
     request.sources = choices.sources;
     request.format = choices.format;
     request.follow = choices.follow;
@@ -296,7 +297,7 @@ int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &
     const Request request = parse(args, clock);
     if (request.follow)
         return FollowLoop::run(request, clock, out);
-    const DaysAnswer answer = request.sources.daySource(clock)(days(request), request.location, request.method);
+    const DaysAnswer answer = request.sources.daySource(clock)(days(request), request.location, request.method, request.times);
     if (request.format == Format::text) {
         if (const auto notice = request.sources.fallbackNotice(answer))
             err << *notice << '\n';

@@ -32,6 +32,7 @@ enum class Format { text, json, waybar, line, genmon };
 struct Request {
     Location location;
     CalculationMethod method = CalculationMethod::diyanet;
+    TimesOptions times;
     SourceOptions sources;
     Instant now;
     Format format = Format::text;

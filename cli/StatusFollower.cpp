@@ -23,7 +23,7 @@ void StatusFollower::show(Instant now)
     // Today and tomorrow are asked for again only when the day changes.
     const std::vector<DayKey> days = StatusCommand::days(request);
     if (days != loadedDays_) {
-        answer_ = source_(days, request.location, request.method);
+        answer_ = source_(days, request.location, request.method, request.times);
         loadedDays_ = days;
     }
     StatusCommand::Moment moment = StatusCommand::moment(request, answer_);

@@ -61,6 +61,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     Request request;
     request.location = choices.place.location();
     request.method = choices.place.method;
+    request.times = choices.place.times;
     request.first = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
     request.dayCount = choices.dayCount;
     request.sources = choices.sources;
@@ -123,7 +124,7 @@ std::string help()
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
     const Request request = parse(args, clock);
-    const DaysAnswer answer = request.sources.daySource(clock)(request.days(), request.location, request.method);
+    const DaysAnswer answer = request.sources.daySource(clock)(request.days(), request.location, request.method, request.times);
     if (request.json) {
         out << json(request, answer);
         return 0;

@@ -23,6 +23,7 @@ namespace TimesCommand {
 struct Request {
     Location location;
     CalculationMethod method = CalculationMethod::diyanet;
+    TimesOptions times;
     DayKey first;
     int64_t dayCount = 1;
     SourceOptions sources;

@@ -76,6 +76,7 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     soundVolume_ = settings.soundVolume;
     quietHours_ = settings.quietHours;
     iconRemaining_ = settings.iconRemaining;
+    timesOptions_ = settings.times;
 
     if (!startServices)
         return;
@@ -108,6 +109,7 @@ void AppModel::adoptStoredSettings()
     adopt(soundVolume_, stored.soundVolume, &AppModel::setSoundVolume);
     adopt(quietHours_, stored.quietHours, &AppModel::setQuietHours);
     adopt(iconRemaining_, stored.iconRemaining, &AppModel::setIconRemaining);
+    adopt(timesOptions_, stored.times, &AppModel::setTimesOptions);
 }
 
 AppModel::~AppModel()
@@ -239,6 +241,15 @@ void AppModel::setIconRemaining(std::optional<bool> shown)
     assign(iconRemaining_, shown, &AppModel::iconRemainingChanged);
 }
 
+void AppModel::setTimesOptions(const TimesOptions &options)
+{
+    if (options == timesOptions_ || !options.isValid())
+        return;
+    Defaults::encode(Key::times, options);
+    assign(timesOptions_, options, &AppModel::timesOptionsChanged);
+    reload();
+}
+
 void AppModel::toggleNotification(Prayer prayer)
 {
     std::set<Prayer::Value> prayers = notifiedPrayers_;
@@ -286,21 +297,22 @@ void AppModel::reload()
     const uint64_t generation = ++d->loadGeneration;
     const Location location = location_;
     const CalculationMethod method = method_;
+    const TimesOptions options = timesOptions_;
     const DayKey key = DayKey::from(currentTime(), zone());
     setLoading(true);
     d->lastOnlineAttempt = d->clock->now();
 
     auto *watcher = new QFutureWatcher<PrayerRepository::Answer>(this);
-    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation, key, location, method] {
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation, key, location, method, options] {
         watcher->deleteLater();
         if (generation != d->loadGeneration)
             return;
         applyLoad(watcher->result());
-        prefetchAhead(key, location, method);
+        prefetchAhead(key, location, method, options);
         emit loadFinished();
     });
-    watcher->setFuture(QtConcurrent::run([repository = repository_, key, location, method] {
-        return repository->days({key, key.adding(1)}, location, method);
+    watcher->setFuture(QtConcurrent::run([repository = repository_, key, location, method, options] {
+        return repository->days({key, key.adding(1)}, location, method, options);
     }));
 }
 
@@ -319,14 +331,15 @@ void AppModel::applyLoad(const PrayerRepository::Answer &answer)
     rescheduleNotifications();
 }
 
-void AppModel::prefetchAhead(DayKey key, const Location &location, CalculationMethod method)
+void AppModel::prefetchAhead(DayKey key, const Location &location, CalculationMethod method,
+                             const TimesOptions &options)
 {
     if (key.day < prefetchFromDay)
         return;
     const MonthKey month = key.adding(prefetchLookAheadDays).monthKey();
     // The answer only fills the cache; nothing waits for it.
-    static_cast<void>(QtConcurrent::run([repository = repository_, month, location, method] {
-        repository->prefetch(month, location, method);
+    static_cast<void>(QtConcurrent::run([repository = repository_, month, location, method, options] {
+        repository->prefetch(month, location, method, options);
     }));
 }
 
@@ -433,8 +446,9 @@ void AppModel::previewSound()
 
 QFuture<PrayerRepository::Answer> AppModel::days(const std::vector<DayKey> &keys) const
 {
-    return QtConcurrent::run([repository = repository_, keys, location = location_, method = method_] {
-        return repository->days(keys, location, method);
+    return QtConcurrent::run([repository = repository_, keys, location = location_, method = method_,
+                              options = timesOptions_] {
+        return repository->days(keys, location, method, options);
     });
 }
 

@@ -15,6 +15,7 @@
 #include "StatusText.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
+#include "TimesOptions.h"
 #include "TimesSource.h"
 
 #include <QFuture>
@@ -91,6 +92,10 @@ public:
     // panel (see showsIconRemaining).
     std::optional<bool> iconRemaining() const { return iconRemaining_; }
     void setIconRemaining(std::optional<bool> shown);
+    // The high-latitude rule, the minutes added to each prayer, the Hijri correction and the
+    // source of Diyanet's times; a change reloads the days.
+    const TimesOptions &timesOptions() const { return timesOptions_; }
+    void setTimesOptions(const TimesOptions &options);
 
     // State (not persisted).
     const std::optional<DayTimes> &today() const { return today_; }
@@ -151,6 +156,7 @@ signals:
     void soundVolumeChanged();
     void quietHoursChanged();
     void iconRemainingChanged();
+    void timesOptionsChanged();
     void todayChanged();
     void tomorrowChanged();
     void sourceChanged();
@@ -169,7 +175,7 @@ private:
     void startTickTimer();
     void observeSystemEvents(SystemEvents *events);
     void applyLoad(const PrayerRepository::Answer &answer);
-    void prefetchAhead(DayKey key, const Location &location, CalculationMethod method);
+    void prefetchAhead(DayKey key, const Location &location, CalculationMethod method, const TimesOptions &options);
     void rescheduleNotifications();
     void playAdhanIfNeeded();
     // For notification servers that ignore sound hints.
@@ -197,6 +203,7 @@ private:
     double soundVolume_ = 0.8;
     QuietHours quietHours_;
     std::optional<bool> iconRemaining_;
+    TimesOptions timesOptions_;
 
     std::optional<DayTimes> today_;
     std::optional<DayTimes> tomorrow_;

@@ -102,37 +102,9 @@ std::set<Prayer::Value> prayers(const QStringList &rawValues)
 
 QString name(Key key)
 {
-    switch (key) {
-    case Key::location:
-        return QStringLiteral("location");
-    case Key::method:
-        return QStringLiteral("method");
-    case Key::menuBarStyle:
-        return QStringLiteral("menuBarStyle");
-    case Key::notified:
-        return QStringLiteral("notified");
-    case Key::reminder:
-        return QStringLiteral("reminder");
-    case Key::kerahatShow:
-        return QStringLiteral("kerahatShow");
-    case Key::kerahatDot:
-        return QStringLiteral("kerahatDot");
-    case Key::kerahatNotify:
-        return QStringLiteral("kerahatNotify");
-    case Key::kerahatMinutes:
-        return QStringLiteral("kerahatMinutes");
-    case Key::ramadanMode:
-        return QStringLiteral("ramadanMode");
-    case Key::adhanSound:
-        return QStringLiteral("adhanSound");
-    case Key::customSoundName:
-        return QStringLiteral("customSoundName");
-    case Key::soundVolume:
-        return QStringLiteral("soundVolume");
-    case Key::quietHours:
-        return QStringLiteral("quietHours");
-    case Key::iconRemaining:
-        return QStringLiteral("iconRemaining");
+    for (const KeyName &row : keyNames) {
+        if (row.key == key)
+            return QString::fromLatin1(row.name);
     }
     return {};
 }
@@ -289,6 +261,8 @@ Settings load()
     if (const auto hours = decode<QuietHours>(Key::quietHours); hours && isUsable(*hours))
         settings.quietHours = *hours;
     settings.iconRemaining = boolean(Key::iconRemaining);
+    if (const auto times = decode<TimesOptions>(Key::times))
+        settings.times = *times;
     return settings;
 }
 

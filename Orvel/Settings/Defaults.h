@@ -7,6 +7,7 @@
 #include "MenuBarStyle.h"
 #include "Prayer.h"
 #include "QuietHours.h"
+#include "TimesOptions.h"
 
 #include <QByteArray>
 #include <QSettings>
@@ -24,7 +25,7 @@
 
 namespace orvel {
 
-// The persisted settings: the per-user store, its 15 keys, their stored forms, and the rules
+// The persisted settings: the per-user store, its 16 keys, their stored forms, and the rules
 // that turn whatever is stored into a valid setting.
 //
 // The store is QSettings; in its INI form (Linux) every value written by an earlier run comes
@@ -48,12 +49,32 @@ enum class Key {
     soundVolume,     // number, 0…1
     quietHours,      // JSON of QuietHours, as data
     iconRemaining,   // boolean, "Simgede kalan süre"; absent: as suits the panel
+    times,           // JSON of TimesOptions, as data
 };
 
-constexpr std::array<Key, 15> allKeys{
-    Key::location,    Key::method,         Key::menuBarStyle, Key::notified,       Key::reminder,
-    Key::kerahatShow, Key::kerahatDot,     Key::kerahatNotify, Key::kerahatMinutes, Key::ramadanMode,
-    Key::adhanSound,  Key::customSoundName, Key::soundVolume,  Key::quietHours,     Key::iconRemaining};
+// Each key with its stored name, in one row.
+struct KeyName {
+    Key key;
+    const char *name;
+};
+constexpr std::array<KeyName, 16> keyNames{{
+    {Key::location, "location"},
+    {Key::method, "method"},
+    {Key::menuBarStyle, "menuBarStyle"},
+    {Key::notified, "notified"},
+    {Key::reminder, "reminder"},
+    {Key::kerahatShow, "kerahatShow"},
+    {Key::kerahatDot, "kerahatDot"},
+    {Key::kerahatNotify, "kerahatNotify"},
+    {Key::kerahatMinutes, "kerahatMinutes"},
+    {Key::ramadanMode, "ramadanMode"},
+    {Key::adhanSound, "adhanSound"},
+    {Key::customSoundName, "customSoundName"},
+    {Key::soundVolume, "soundVolume"},
+    {Key::quietHours, "quietHours"},
+    {Key::iconRemaining, "iconRemaining"},
+    {Key::times, "times"},
+}};
 
 // The stored name of the key ("location", "kerahatShow", …).
 QString name(Key key);
@@ -122,6 +143,7 @@ struct Settings {
     // The time left drawn into the square tray icon; none leaves it to the panel: on where the
     // panel shows no text beside the icon, off where it does.
     std::optional<bool> iconRemaining;
+    TimesOptions times;
 };
 
 // The stored settings, each one that is missing or unusable replaced by its default.

@@ -219,9 +219,9 @@ void drawFooter(Page &page, const Fonts &fonts, const ImsakiyeSheet &sheet)
     const QFont font = fontAt(fonts.text, footerPoints);
     const QColor color = ViewStyle::secondary(paper);
     const qreal baseline = page.area().bottom() - page.metrics(font).descent();
-    QString notice = ViewStyle::text(Imsakiye::hijriNotice);
-    if (sheet.offline)
-        notice = ViewStyle::text(Imsakiye::offlineNote).mid(2) + QStringLiteral(" · ") + notice;
+    QString notice = sheet.notices.join(QStringLiteral(" · "));
+    if (const std::optional<std::string_view> note = Imsakiye::sourceNote(sheet.source))
+        notice = ViewStyle::text(*note).mid(2) + QStringLiteral(" · ") + notice;
     page.rule(baseline - page.metrics(font).ascent() - page.u(footerGap / 2), hairline);
     page.text(QPointF(page.area().left(), baseline), notice, font, color);
     const QString signature = QStringLiteral("Orvel");

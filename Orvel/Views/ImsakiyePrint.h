@@ -2,9 +2,11 @@
 
 #include "Imsakiye.h"
 #include "ImsakiyeMode.h"
+#include "TimesSource.h"
 
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -21,7 +23,8 @@ struct ImsakiyeSheet {
     QString title;
     QString place; // "İstanbul, Üsküdar · Diyanet İşleri Başkanlığı"
     std::vector<Imsakiye::Row> rows;
-    bool offline = false;
+    TimesSource source = TimesSource::online;
+    QStringList notices;
 
     bool operator==(const ImsakiyeSheet &) const = default;
 };

@@ -138,7 +138,7 @@ QFuture<ImsakiyeView::Loaded> ImsakiyeView::load(ImsakiyeMode mode, int64_t offs
 {
     const ImsakiyePage page = ImsakiyeView::page(mode, offset, model);
     return model.days(Imsakiye::keys(page)).then([page](const PrayerRepository::Answer &answer) {
-        return Loaded{Imsakiye::pageDays(page, answer.days), answer.source == TimesSource::offline};
+        return Loaded{Imsakiye::pageDays(page, answer.days), answer.source};
     });
 }
 
@@ -212,10 +212,10 @@ QWidget *ImsakiyeView::makeFooter()
     place_ = new TightLabel;
     place_->setElides(true);
     place_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    offlineNote_ = new TightLabel;
+    sourceNote_ = new TightLabel;
     notice_ = new TightLabel;
     row->addWidget(place_, 0, Qt::AlignVCenter);
-    row->addWidget(offlineNote_, 0, Qt::AlignVCenter);
+    row->addWidget(sourceNote_, 0, Qt::AlignVCenter);
     row->addStretch(1);
     row->addSpacing(12);
     row->addWidget(notice_, 0, Qt::AlignVCenter);
@@ -316,7 +316,7 @@ void ImsakiyeView::reloadIfNeeded()
 void ImsakiyeView::apply(const Loaded &loaded, const ImsakiyePage &page, const LoadKey &key)
 {
     days_ = loaded.days;
-    isOffline_ = loaded.offline;
+    source_ = loaded.source;
     shownPage_ = page;
     shownKey_ = key;
     setLoading(false);
@@ -364,8 +364,11 @@ ImsakiyeSheet ImsakiyeView::sheet() const
     const ImsakiyePage page = shownPage_ ? *shownPage_ : currentPage();
     const Location location = shownKey_ ? shownKey_->location : model_.location();
     const CalculationMethod method = shownKey_ ? shownKey_->method : model_.method();
+    QStringList notices;
+    for (const std::string_view notice : Imsakiye::notices(days_))
+        notices << ViewStyle::text(notice);
     return {page.mode, title(), fromStd(Imsakiye::placeLine(location, method)),
-            Imsakiye::rows(page, days_, location.timeZone()), isOffline_};
+            Imsakiye::rows(page, days_, location.timeZone()), source_, notices};
 }
 
 void ImsakiyeView::refresh()
@@ -431,9 +434,10 @@ void ImsakiyeView::refreshFooter(Appearance appearance)
     const QColor secondary = ViewStyle::secondary(appearance);
     place_->setSymbol(QStringLiteral("mappin.and.ellipse"), footerPoints, ViewStyle::accent(appearance));
     place_->setText(fromStd(Imsakiye::placeLine(model_.location(), model_.method())), font, secondary);
-    offlineNote_->setText(ViewStyle::text(Imsakiye::offlineNote), font, secondary);
-    offlineNote_->setVisible(isOffline_);
-    notice_->setText(ViewStyle::text(Imsakiye::hijriNotice), font, ViewStyle::tertiary(appearance));
+    const std::optional<std::string_view> note = Imsakiye::sourceNote(source_);
+    sourceNote_->setText(note ? ViewStyle::text(*note) : QString(), font, secondary);
+    sourceNote_->setVisible(note.has_value());
+    notice_->setText(sheet().notices.join(QStringLiteral("  ·  ")), font, ViewStyle::tertiary(appearance));
 }
 
 void ImsakiyeView::placeHeader()

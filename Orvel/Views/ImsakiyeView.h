@@ -7,6 +7,7 @@
 #include "Imsakiye.h"
 #include "ImsakiyeMode.h"
 #include "ImsakiyePrint.h"
+#include "TimesSource.h"
 #include "Location.h"
 
 #include <QFuture>
@@ -41,10 +42,10 @@ public:
     static constexpr QSize defaultSize{760, 660};
     static constexpr QSize minimumContentSize{700, 420};
 
-    // A page's days and whether they were computed on the device.
+    // A page's days and where they came from.
     struct Loaded {
         std::vector<DayTimes> days;
-        bool offline = false;
+        TimesSource source = TimesSource::online;
     };
 
     // What a load depends on; a change of any of it starts a new one.
@@ -79,7 +80,7 @@ public:
 
     const std::vector<DayTimes> &days() const { return days_; }
     bool isLoading() const { return isLoading_; }
-    bool isOffline() const { return isOffline_; }
+    TimesSource source() const { return source_; }
     QString title() const;
     ImsakiyeSheet sheet() const;
 
@@ -102,7 +103,7 @@ public:
     QScrollArea *list() const { return list_; }
     const std::vector<ImsakiyeRow *> &rows() const { return rows_; }
     TightLabel *placeLabel() const { return place_; }
-    TightLabel *offlineLabel() const { return offlineNote_; }
+    TightLabel *sourceLabel() const { return sourceNote_; }
 
 signals:
     // New days are on screen.
@@ -139,7 +140,7 @@ private:
     int64_t offset_ = 0;
     std::vector<DayTimes> days_;
     bool isLoading_ = false;
-    bool isOffline_ = false;
+    TimesSource source_ = TimesSource::online;
     // The page whose days are on screen or on their way; each load carries its generation, and
     // an answer from an older one is dropped.
     std::optional<LoadKey> requested_;
@@ -167,7 +168,7 @@ private:
     std::vector<QWidget *> dividers_;
     QWidget *footer_ = nullptr;
     TightLabel *place_ = nullptr;
-    TightLabel *offlineNote_ = nullptr;
+    TightLabel *sourceNote_ = nullptr;
     TightLabel *notice_ = nullptr;
 };
 

@@ -190,12 +190,15 @@ SourceItem sourceItem(TimesSource source, CalculationMethod method)
     return {ViewStyle::text(method.shortName()), QString()};
 }
 
-std::optional<QString> prayerTag(Prayer prayer, bool ramadanToday)
+std::optional<QString> prayerTag(Prayer prayer, bool ramadanToday, bool estimated)
 {
-    if (!ramadanToday)
-        return std::nullopt;
-    const std::optional<std::string_view> tag = prayer.ramadanTag();
-    return tag ? std::optional(ViewStyle::text(*tag)) : std::nullopt;
+    const std::optional<std::string_view> ramadan = ramadanToday ? prayer.ramadanTag() : std::nullopt;
+    QStringList words;
+    if (ramadan)
+        words << ViewStyle::text(*ramadan);
+    if (estimated)
+        words << QStringLiteral("tahmini");
+    return words.isEmpty() ? std::nullopt : std::optional(words.join(QStringLiteral(" · ")));
 }
 
 QString bellToolTip(Prayer prayer, bool notify)

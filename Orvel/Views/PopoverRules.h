@@ -82,8 +82,9 @@ struct SourceItem {
 };
 SourceItem sourceItem(TimesSource source, CalculationMethod method);
 
-// "sahur sonu" on İmsak and "iftar" on Akşam of a Ramadan day.
-std::optional<QString> prayerTag(Prayer prayer, bool ramadanToday);
+// "sahur sonu" on İmsak and "iftar" on Akşam of a Ramadan day; "tahmini" on a time the sun does
+// not give that day, after the Ramadan word when there is one.
+std::optional<QString> prayerTag(Prayer prayer, bool ramadanToday, bool estimated = false);
 QString bellToolTip(Prayer prayer, bool notify);
 QString rowAccessibleName(Prayer prayer, const QString &time, PrayerRowState state);
 

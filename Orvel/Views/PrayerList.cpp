@@ -66,7 +66,7 @@ void PrayerList::refresh(const PrayerStatus &status, const DayTimes &today)
             const QString time = QString::fromStdString(OrvelFormat::time(today[prayer], zone));
             static_cast<PrayerRow *>(rows_[index])
                 ->setContent({prayer, time, PopoverRules::rowState(prayer, status, today, now),
-                              model_.notifiedPrayers().contains(prayer), PopoverRules::prayerTag(prayer, ramadanToday),
+                              model_.notifiedPrayers().contains(prayer), PopoverRules::prayerTag(prayer, ramadanToday, today.isEstimated(prayer)),
                               appearance});
             continue;
         }

@@ -289,6 +289,60 @@ TEST_F(PrayerRepositoryTest, diyanetIsItsOwnRuleAndNeverAsksTheService)
     EXPECT_FALSE(fs::exists(folder));
 }
 
+TEST_F(PrayerRepositoryTest, theUsersOptionsShapeTheAnswerButNotTheCache)
+{
+    TimesOptions options;
+    options.minuteAdjustments = {-2, 0, 0, 0, 3, 0};
+    const auto repo = repository();
+    const auto adjusted = repo->days({{2026, 11, 10}}, place, serviceMethod, options).days.at(0);
+    EXPECT_EQ(adjusted[Prayer::imsak], serviceImsak({2026, 11, 10}) - 120);
+    EXPECT_EQ(adjusted[Prayer::aksam] - repo->days({{2026, 11, 10}}, place, serviceMethod).days.at(0)[Prayer::aksam], 180);
+    EXPECT_EQ(hits({2026, 11}), 1u);
+    const json file = json::parse(std::ifstream(folder / november));
+    EXPECT_EQ(file.at(9).get<DayTimes>()[Prayer::imsak], serviceImsak({2026, 11, 10}));
+
+    // Diyanet from the service when the user prefers it; its own rule again when that fails.
+    options.diyanetFromService = true;
+    EXPECT_EQ(repo->days({{2026, 11, 10}}, place, CalculationMethod::diyanet, options).source, TimesSource::online);
+    answerDays({2026, 12}, -1);
+    EXPECT_EQ(repo->days({{2026, 12, 10}}, place, CalculationMethod::diyanet, options).source, TimesSource::rule);
+}
+
+TEST_F(PrayerRepositoryTest, theHijriCorrectionCountsInTheMethodsCalendar)
+{
+    // Diyanet's Ramadan 1447 begins on 19 February 2026 and lasts 29 days.
+    TimesOptions later;
+    later.hijriCorrection = -1;
+    const auto repo = repository();
+    const auto days = repo->days({{2026, 2, 19}, {2026, 2, 20}, {2026, 3, 20}, {2026, 3, 21}}, place,
+                                 CalculationMethod::diyanet, later).days;
+    EXPECT_EQ(days.at(0).hijri->month, 8);
+    EXPECT_EQ(*days.at(1).hijri, (HijriDate{1, 9, 1447}));
+    EXPECT_EQ(*days.at(2).hijri, (HijriDate{29, 9, 1447}));
+    EXPECT_EQ(*days.at(3).hijri, (HijriDate{1, 10, 1447}));
+    TimesOptions earlier;
+    earlier.hijriCorrection = 2;
+    EXPECT_EQ(*repo->days({{2026, 2, 17}}, place, CalculationMethod::diyanet, earlier).days.at(0).hijri,
+              (HijriDate{1, 9, 1447}));
+}
+
+TEST(TimesOptionsJson, readsBackAndRefusesWhatIsOutOfRange)
+{
+    TimesOptions options;
+    options.highLatitude = HighLatitudeRule::middleOfNight;
+    options.minuteAdjustments = {30, -30, 0, 1, 2, 3};
+    options.hijriCorrection = -2;
+    options.diyanetFromService = true;
+    EXPECT_EQ(json(options).get<TimesOptions>(), options);
+    for (const auto &[key, value] : std::vector<std::pair<std::string, json>>{
+             {"adjustments", {31, 0, 0, 0, 0, 0}}, {"adjustments", {0, 0, 0}}, {"adjustments", {0.5, 0, 0, 0, 0, 0}},
+             {"hijriCorrection", 3}, {"highLatitude", "polar"}, {"diyanetFromService", "yes"}}) {
+        json damaged = options;
+        damaged[key] = value;
+        EXPECT_THROW(static_cast<void>(damaged.get<TimesOptions>()), json::exception) << key << " " << value;
+    }
+}
+
 TEST(PrayerRepositoryNames, fileNamesAndDefaultFolder)
 {
     EXPECT_EQ(november, "mwl_41.008_28.978_Europe-Istanbul_2026-11.json");

@@ -153,7 +153,7 @@ TEST(StatusFollow, GenmonAsTheGenericMonitorReadsIt)
     StatusCommand::Request genmon = request(StatusCommand::Format::genmon);
     genmon.now = at(13, 11);
     const StatusCommand::Moment moment = StatusCommand::withWords(
-        StatusCommand::moment(genmon, calculatorSource()(StatusCommand::days(genmon), genmon.location, genmon.method)),
+        StatusCommand::moment(genmon, calculatorSource()(StatusCommand::days(genmon), genmon.location, genmon.method, {})),
         StatusLine{"<Öğle> & İkindi", "a < b", StatusLine::State::normal});
     const std::string output = StatusCommand::genmon(genmon, moment, "orvel");
     EXPECT_EQ(markupText(between(output, "txt")), "<Öğle> & İkindi");

@@ -6,6 +6,7 @@
 #include "LocationService.h"
 #include "SettingsForm.h"
 #include "Symbols.h"
+#include "TimesSettingsView.h"
 #include "ViewStyle.h"
 
 #include <QBoxLayout>
@@ -25,6 +26,7 @@ struct Tab {
 
 constexpr Tab tabList[] = {
     {"Genel", "slider.horizontal.3"},
+    {"Vakitler", "clock"},
     {"Bildirimler", "bell.badge"},
     {"Kerahat", "hourglass"},
     {"Hakkında", "info.circle"},
@@ -42,13 +44,15 @@ SettingsView::SettingsView(AppModel &model, std::unique_ptr<LocationService> loc
 
     general_ = new GeneralSettingsView(model, *locator_);
     notifications_ = new NotificationSettingsView(model, std::move(permission));
+    times_ = new TimesSettingsView(model);
+    times_->setObjectName(QStringLiteral("times"));
     kerahat_ = new KerahatSettingsView(model);
     about_ = new AboutView;
 
     tabs_ = new QTabWidget;
     tabs_->setDocumentMode(true);
     tabs_->setUsesScrollButtons(false);
-    QWidget *pages[] = {general_, notifications_, kerahat_, about_};
+    QWidget *pages[] = {general_, times_, notifications_, kerahat_, about_};
     for (size_t index = 0; index < std::size(tabList); ++index)
         tabs_->addTab(pages[index], QString::fromUtf8(tabList[index].title));
 

@@ -15,8 +15,9 @@ class AppModel;
 class GeneralSettingsView;
 class KerahatSettingsView;
 class LocationService;
+class TimesSettingsView;
 
-// The settings window: "Genel", "Bildirimler", "Kerahat" and "Hakkında" as tabs, 560 points
+// The settings window: "Genel", "Vakitler", "Bildirimler", "Kerahat" and "Hakkında" as tabs, 560 points
 // wide. Every control writes straight into the model and follows changes made elsewhere.
 class SettingsView : public QWidget {
     Q_OBJECT
@@ -44,6 +45,7 @@ private:
     std::unique_ptr<LocationService> locator_;
     QTabWidget *tabs_ = nullptr;
     GeneralSettingsView *general_ = nullptr;
+    TimesSettingsView *times_ = nullptr;
     NotificationSettingsView *notifications_ = nullptr;
     KerahatSettingsView *kerahat_ = nullptr;
     AboutView *about_ = nullptr;

@@ -239,19 +239,27 @@ TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
     const int centre = today->mapTo(list.viewport(), today->rect().center()).y();
     EXPECT_NEAR(centre, list.viewport()->height() / 2, ImsakiyeRow::rowHeight / 2);
     EXPECT_TRUE(today->content().row.isToday);
-    EXPECT_TRUE(view.offlineLabel()->isHidden());
+    EXPECT_EQ(view.sourceLabel()->isHidden(), view.source() == TimesSource::online);
 
     // A page without today starts at its top.
     view.showNext();
     ASSERT_TRUE(waitForDays(view));
     EXPECT_EQ(list.verticalScrollBar()->value(), 0);
 
-    // Shown days that were computed on the device say so.
-    ImsakiyeView offline(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{march10(), march11()}, true});
+    // Shown days that were computed on the device say so, and an estimated time is marked.
+    DayTimes estimated = march11();
+    estimated.estimated[Prayer(Prayer::yatsi).index()] = true;
+    ImsakiyeView offline(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{march10(), estimated}, TimesSource::offline});
     EXPECT_FALSE(offline.isLoading());
-    EXPECT_FALSE(offline.offlineLabel()->isHidden());
-    EXPECT_EQ(offline.offlineLabel()->text(), QStringLiteral("· Çevrimdışı, cihazda hesaplandı"));
+    EXPECT_FALSE(offline.sourceLabel()->isHidden());
+    EXPECT_EQ(offline.sourceLabel()->text(), QStringLiteral("· Çevrimdışı, cihazda hesaplandı"));
     EXPECT_EQ(offline.titleLabel()->text(), QStringLiteral("10 – 11 Mart 2026"));
+    EXPECT_FALSE(offline.rows()[0]->content().row.times[5].ends_with('*'));
+    EXPECT_TRUE(offline.rows()[1]->content().row.times[5].ends_with('*'));
+    EXPECT_TRUE(offline.sheet().notices.join(' ').contains(QStringLiteral("tahmini")));
+    ImsakiyeView rule(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{march10()}, TimesSource::rule});
+    EXPECT_EQ(rule.sourceLabel()->text(), QStringLiteral("· Diyanet hesabı, cihazda"));
+    EXPECT_FALSE(rule.sheet().notices.join(' ').contains(QStringLiteral("tahmini")));
 }
 
 TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)

@@ -177,6 +177,8 @@ TEST(PopoverRules, RowTagsAndBell)
     EXPECT_EQ(PopoverRules::prayerTag(Prayer::aksam, true), QStringLiteral("iftar"));
     EXPECT_EQ(PopoverRules::prayerTag(Prayer::ogle, true), std::nullopt);
     EXPECT_EQ(PopoverRules::prayerTag(Prayer::imsak, false), std::nullopt);
+    EXPECT_EQ(PopoverRules::prayerTag(Prayer::yatsi, false, true), QStringLiteral("tahmini"));
+    EXPECT_EQ(PopoverRules::prayerTag(Prayer::imsak, true, true), QStringLiteral("sahur sonu · tahmini"));
 
     EXPECT_EQ(PopoverRules::bellToolTip(Prayer::ikindi, true), QStringLiteral("İkindi bildirimini kapat"));
 }

@@ -14,6 +14,7 @@
 #include "SettingsForm.h"
 #include "SettingsView.h"
 #include "SoundLibrary.h"
+#include "TimesSettingsView.h"
 #include "ViewsTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -27,6 +28,7 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -399,7 +401,7 @@ TEST_F(SettingsViewTest, TheWindowNamesItsTabsAndControlsForScreenReaders)
     QStringList tabs;
     for (int index = 0; index < window.tabs()->count(); ++index)
         tabs << window.tabs()->tabText(index);
-    EXPECT_EQ(tabs, (QStringList{"Genel", "Bildirimler", "Kerahat", "Hakkında"}));
+    EXPECT_EQ(tabs, (QStringList{"Genel", "Vakitler", "Bildirimler", "Kerahat", "Hakkında"}));
 
     QStringList named;
     for (const QWidget *widget : window.findChildren<QWidget *>())
@@ -408,9 +410,39 @@ TEST_F(SettingsViewTest, TheWindowNamesItsTabsAndControlsForScreenReaders)
     for (const char *name : {"Konum ara", "Hesaplama yöntemi", "Gösterim", "Ramazan modu", "Oturum açıldığında başlat",
                              "Önceden hatırlat", "Orvel girince", "Ses düzeyi", "Sessiz saatler", "Başlangıç", "Bitiş",
                              "Panelde göster", "Menü çubuğunda işaret", "Başlarken bildir", "Güneş doğuşu ve batışı",
-                             "İmsak", "Yatsı"})
+                             "İmsak", "Yatsı", "Hicri tarih düzeltmesi", "Yüksek enlem kuralı",
+                             "Diyanet vakitlerini web servisinden al"})
         EXPECT_TRUE(named.contains(QString::fromUtf8(name))) << name;
 
     EXPECT_EQ(AboutView::versionText(QString()), "Sürüm 1.0");
     EXPECT_EQ(AboutView::versionText("0.4.0"), "Sürüm 0.4.0");
+}
+
+TEST_F(SettingsViewTest, MinuteAndHijriCorrectionsReachTheTimesShown)
+{
+    TimesSettingsView view(*model);
+    auto *imsak = view.findChild<QSpinBox *>("İmsak");
+    auto *hijri = view.findChild<QSpinBox *>("Hicri tarih düzeltmesi");
+    ASSERT_TRUE(imsak && hijri);
+    EXPECT_EQ(imsak->text(), "0 dk");
+
+    QSignalSpy loaded(model.get(), &AppModel::loadFinished);
+    imsak->setValue(-3);
+    ASSERT_TRUE(loaded.wait(waitMs));
+    EXPECT_EQ(model->timesOptions().adjustment(Prayer::imsak), -3);
+    const DayTimes computed = PrayerCalculator::times({2026, 3, 10}, model->location(), model->method());
+    EXPECT_EQ((*model->today())[Prayer::imsak], computed[Prayer::imsak] - 180);
+    EXPECT_EQ((*model->today())[Prayer::gunes], computed[Prayer::gunes]);
+
+    hijri->setValue(1);
+    ASSERT_TRUE(loaded.wait(waitMs));
+    EXPECT_EQ(hijri->text(), "+1 gün");
+    EXPECT_EQ(model->today()->hijri->day, computed.hijri->day + 1);
+    EXPECT_EQ(Defaults::load().times, model->timesOptions());
+
+    // Set elsewhere (the command line's settings file), shown here without storing again.
+    TimesOptions cleared;
+    model->setTimesOptions(cleared);
+    EXPECT_EQ(imsak->value(), 0);
+    EXPECT_EQ(hijri->value(), 0);
 }
