@@ -57,15 +57,18 @@ std::vector<Location> PlaceFinder::locations(const std::vector<Placemark> &place
 
 PlaceFinder::Search PlaceFinder::search(std::string_view query) const
 {
+    bool failed = false;
     try {
-        return {withDiyanetPoints(locations(geocoder_.search(query), query, machineZone())), false};
-    } catch (...) {
-        const std::exception_ptr failure = std::current_exception();
-        std::vector<Location> offline = locations(placemarks(Gazetteer::search(query)), query, machineZone());
-        if (offline.empty())
-            std::rethrow_exception(failure);
-        return {withDiyanetPoints(std::move(offline)), true};
+        std::vector<Location> online = locations(geocoder_.search(query), query, machineZone());
+        if (!online.empty())
+            return {withDiyanetPoints(std::move(online)), false};
+    } catch (const std::exception &) {
+        failed = true;
     }
+    std::vector<Location> offline = locations(placemarks(Gazetteer::search(query)), query, machineZone());
+    if (offline.empty() && failed)
+        throw Unavailable(Gazetteer::defaultIndex().problem());
+    return {withDiyanetPoints(std::move(offline)), failed};
 }
 
 Location PlaceFinder::locate(double latitude, double longitude) const

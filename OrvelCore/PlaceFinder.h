@@ -3,6 +3,7 @@
 #include "Geocoder.h"
 #include "Location.h"
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,21 +15,32 @@ namespace orvel {
 class PlaceFinder {
 public:
     static constexpr auto fallbackName = "Konumum";
+    // What a search says, in the application and on the command line alike.
+    static constexpr auto noResults = "Sonuç bulunamadı.";
+    static constexpr auto searchFailed = "Arama yapılamadı. İnternet bağlantınızı kontrol edin.";
+    static constexpr auto offlineResults = "Arama servisine ulaşılamadı; bu liste cihazdaki yer listesinden.";
     // How far the gazetteer may look for a position's name, and for its time zone.
     static constexpr double namingKilometres = 50;
     static constexpr double zoneKilometres = 300;
 
     struct Search {
         std::vector<Location> places;
-        bool offline = false; // from the gazetteer
+        bool offline = false; // from the gazetteer, the geocoder having failed
 
         bool operator==(const Search &) const = default;
     };
 
     explicit PlaceFinder(Geocoder geocoder = Geocoder());
 
-    // Places matching the text, one per name. When the geocoder fails, the gazetteer answers; when
-    // it knows nothing either, the geocoder's failure is thrown.
+    // Neither the geocoder nor the gazetteer could answer; what() is the gazetteer's own problem
+    // in Turkish (its data file missing or damaged), else empty.
+    class Unavailable : public std::runtime_error {
+    public:
+        using std::runtime_error::runtime_error;
+    };
+
+    // Places matching the text, one per name. When the geocoder fails or knows none, the gazetteer
+    // answers; when the geocoder failed and the gazetteer knows nothing either, throws Unavailable.
     Search search(std::string_view query) const;
     // The position named as a place. Never throws: an unnamed position is "Konumum".
     Location locate(double latitude, double longitude) const;

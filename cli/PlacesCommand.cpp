@@ -84,16 +84,16 @@ int run(const std::vector<std::string> &args, const Clock &, std::ostream &out, 
     PlaceFinder::Search found;
     try {
         found = finder.search(request.query);
-    } catch (const std::exception &) {
-        err << "Arama yapılamadı. İnternet bağlantınızı kontrol edin.\n";
+    } catch (const PlaceFinder::Unavailable &failure) {
+        err << PlaceFinder::searchFailed << (*failure.what() ? " " : "") << failure.what() << "\n";
         return 1;
     }
     if (found.places.empty()) {
-        err << "Sonuç bulunamadı.\n";
+        err << PlaceFinder::noResults << "\n";
         return 1;
     }
     if (found.offline)
-        err << "Arama servisine ulaşılamadı; sonuçlar cihazdaki yer listesinden.\n";
+        err << PlaceFinder::offlineResults << "\n";
 
     if (!request.choice) {
         out << (request.json ? json(found) : table(found.places));

@@ -31,6 +31,14 @@ public:
 // How a search() future fails: neither the geocoder nor the offline gazetteer could answer.
 class SearchFailure : public QException {
 public:
+    SearchFailure() = default;
+    explicit SearchFailure(QString detail)
+        : detail(std::move(detail))
+    {
+    }
+    // Why the device's own list could not answer either; empty when it simply knew nothing.
+    QString detail;
+
     void raise() const override { throw *this; }
     SearchFailure *clone() const override { return new SearchFailure(*this); }
 };

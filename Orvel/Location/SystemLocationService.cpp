@@ -170,6 +170,8 @@ QFuture<PlaceSearch> SystemLocationService::search(const QString &query)
         try {
             PlaceFinder::Search found = finder.search(text);
             return PlaceSearch{std::move(found.places), found.offline};
+        } catch (const PlaceFinder::Unavailable &failure) {
+            throw SearchFailure(QString::fromStdString(failure.what()));
         } catch (const std::exception &) {
             throw SearchFailure();
         }

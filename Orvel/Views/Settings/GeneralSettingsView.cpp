@@ -3,6 +3,7 @@
 #include "AppModel.h"
 #include "LocationService.h"
 #include "LoginItem.h"
+#include "PlaceFinder.h"
 #include "SegmentedControl.h"
 #include "SettingsForm.h"
 #include "Spinner.h"
@@ -263,6 +264,14 @@ void GeneralSettingsView::search()
     setSearching(true);
     setLocationMessage(std::nullopt);
     const int request = ++request_;
+    const auto failed = [this, request](const QString &detail) {
+        if (request != request_)
+            return;
+        setResults({});
+        const QString message = QString::fromUtf8(PlaceFinder::searchFailed);
+        setLocationMessage(detail.isEmpty() ? message : message + u' ' + detail);
+        setSearching(false);
+    };
     locator_.search(query)
         .then(this,
               [this, request](const PlaceSearch &found) {
@@ -270,18 +279,13 @@ void GeneralSettingsView::search()
                       return;
                   setResults(found.places);
                   if (found.places.empty())
-                      setLocationMessage(QString::fromUtf8(noResults));
+                      setLocationMessage(QString::fromUtf8(PlaceFinder::noResults));
                   else if (found.offline)
-                      setLocationMessage(QString::fromUtf8(offlineResults));
+                      setLocationMessage(QString::fromUtf8(PlaceFinder::offlineResults));
                   setSearching(false);
               })
-        .onFailed(this, [this, request] {
-            if (request != request_)
-                return;
-            setResults({});
-            setLocationMessage(QString::fromUtf8(searchFailed));
-            setSearching(false);
-        });
+        .onFailed(this, [failed](const SearchFailure &failure) { failed(failure.detail); })
+        .onFailed(this, [failed] { failed(QString()); });
 }
 
 void GeneralSettingsView::useCurrentLocation()

@@ -33,9 +33,6 @@ class GeneralSettingsView : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr auto noResults = "Sonuç bulunamadı.";
-    static constexpr auto searchFailed = "Arama yapılamadı. İnternet bağlantınızı kontrol edin.";
-    static constexpr auto offlineResults = "Arama servisine ulaşılamadı; bu liste cihazdaki yer listesinden.";
     static constexpr auto locationDenied = "Konum izni verilmedi. Masaüstünüzün gizlilik ayarlarında konum "
                                            "servislerine izin verebilir ya da konumu arayabilirsiniz.";
     static constexpr auto locationUnavailable = "Konum alınamadı. Konumu arayarak seçebilirsiniz.";

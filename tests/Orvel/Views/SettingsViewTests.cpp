@@ -8,6 +8,7 @@
 #include "NotificationBackend.h"
 #include "NotificationScheduler.h"
 #include "NotificationSettingsView.h"
+#include "PlaceFinder.h"
 #include "PrayerCalculator.h"
 #include "PrayerRepository.h"
 #include "SegmentedControl.h"
@@ -63,7 +64,7 @@ public:
             return pendingSearch->future();
         }
         if (searchFails)
-            return QtFuture::makeExceptionalFuture<PlaceSearch>(SearchFailure());
+            return QtFuture::makeExceptionalFuture<PlaceSearch>(SearchFailure(failureDetail));
         return QtFuture::makeReadyFuture(found);
     }
 
@@ -71,6 +72,7 @@ public:
     LocationError positionError = LocationError::unavailable;
     PlaceSearch found;
     bool searchFails = false;
+    QString failureDetail;
     std::shared_ptr<QPromise<PlaceSearch>> pendingSearch;
     int positionRequests = 0;
     QStringList queries;
@@ -148,7 +150,12 @@ TEST_F(SettingsViewTest, SearchingLeavesThePlaceAloneUntilAResultIsChosen)
     view.search();
     settle();
     EXPECT_TRUE(view.resultButtons().isEmpty());
-    EXPECT_EQ(view.locationMessage(), QString::fromUtf8(GeneralSettingsView::searchFailed));
+    EXPECT_EQ(view.locationMessage(), QString::fromUtf8(PlaceFinder::searchFailed));
+    // A damaged place list says so too.
+    locations.failureDetail = QStringLiteral("Yer listesi okunamadı.");
+    view.search();
+    settle();
+    EXPECT_EQ(view.locationMessage(), QString::fromUtf8(PlaceFinder::searchFailed) + " Yer listesi okunamadı.");
     locations.searchFails = false;
     locations.found = {};
     view.search();
@@ -157,7 +164,7 @@ TEST_F(SettingsViewTest, SearchingLeavesThePlaceAloneUntilAResultIsChosen)
     locations.found = {{uskudar}, true};
     view.search();
     settle();
-    EXPECT_EQ(view.locationMessage(), QString::fromUtf8(GeneralSettingsView::offlineResults));
+    EXPECT_EQ(view.locationMessage(), QString::fromUtf8(PlaceFinder::offlineResults));
 
     view.resultButtons().at(0)->click();
     settle();
