@@ -12,8 +12,8 @@ struct StyleTexts {
 constexpr std::array<StyleTexts, 4> styles{{
     {"nameAndRemaining", "Vakit + süre"},
     {"remaining", "Süre"},
-    {"nameAndTime", "Orvel saati"},
-    {"iconOnly", "İkon"},
+    {"nameAndTime", "Vakit saati"},
+    {"iconOnly", "Yalnız simge"},
 }};
 
 } // namespace

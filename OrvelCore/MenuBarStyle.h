@@ -21,7 +21,7 @@ public:
 
     static std::optional<MenuBarStyle> fromRawValue(std::string_view raw);
     std::string_view rawValue() const;
-    std::string_view label() const; // "Vakit + süre", "Süre", "Orvel saati", "İkon"
+    std::string_view label() const; // "Vakit + süre", "Süre", "Vakit saati", "Yalnız simge"
 
 private:
     Value value_;

@@ -123,9 +123,12 @@ public:
     // The status image of a style (the snapshot draws every style), and the spoken label.
     StatusImage::Image menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
     QString accessibilityLabel() const;
-    // Whether the tray icon carries the time left: the setting when chosen, else only where the
-    // panel shows no title beside the icon.
-    bool showsIconRemaining(bool panelShowsLabel) const { return iconRemaining_.value_or(!panelShowsLabel); }
+    // Whether the tray icon carries the time left: never in the "Yalnız simge" style, else the
+    // setting when chosen, else only where the panel shows no title beside the icon.
+    bool showsIconRemaining(bool panelShowsLabel) const
+    {
+        return menuBarStyle_ != MenuBarStyle::iconOnly && iconRemaining_.value_or(!panelShowsLabel);
+    }
 
     // Takes on what another program stored in the settings (orvel-cli choosing a place), as if
     // each changed setting had been set here.

@@ -4,6 +4,7 @@
 #include "Defaults.h"
 #include "Gazetteer.h"
 #include "OrvelApp.h"
+#include "QtTurkish.h"
 #include "QuitSignals.h"
 #include "SettingsWatcher.h"
 #include "SingleInstance.h"
@@ -64,6 +65,7 @@ int runApplication(int argc, char **argv)
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
     application.setWindowIcon(QIcon(QStringLiteral(":/orvel/orvel.svg")));
+    QtTurkish::install(application);
     Gazetteer::speakTurkish();
 
     SingleInstance instance(SingleInstance::defaultServerName());
@@ -88,6 +90,7 @@ int runSnapshot(int argc, char **argv, const QString &folder, const QStringList 
     describeApplication();
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
+    QtTurkish::install(application);
     Gazetteer::speakTurkish();
     return Snapshot::run(folder, arguments);
 }

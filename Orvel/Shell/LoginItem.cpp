@@ -92,7 +92,7 @@ QString desktopEntry(const QString &executable)
     return QStringLiteral("[Desktop Entry]\n"
                           "Type=Application\n"
                           "Name=Orvel\n"
-                          "Comment=Namaz vakitlerini menü çubuğunda gösterir\n"
+                          "Comment=Namaz vakitlerini panelde gösterir\n"
                           "Exec=%1\n"
                           "Icon=orvel\n"
                           "Terminal=false\n"

@@ -25,7 +25,7 @@ std::optional<QString> audioFile(QWidget *parent)
     if (nextAnswer().set)
         return std::exchange(nextAnswer(), {}).path;
 
-    QFileDialog dialog(parent, QStringLiteral("Orvel girdiğinde çalınacak ses dosyasını seçin"),
+    QFileDialog dialog(parent, QStringLiteral("Vakit girdiğinde çalınacak ses dosyasını seçin"),
                        QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);

@@ -162,7 +162,7 @@ QWidget *GeneralSettingsView::makePlaceSection()
 
 QWidget *GeneralSettingsView::makeMenuBarSection()
 {
-    auto *section = new Section(QStringLiteral("Menü çubuğu"));
+    auto *section = new Section(QStringLiteral("Sistem tepsisi"));
     QStringList titles;
     for (const MenuBarStyle::Value style : MenuBarStyle::allCases)
         titles << ViewStyle::text(MenuBarStyle(style).label());
@@ -178,7 +178,7 @@ QWidget *GeneralSettingsView::makeMenuBarSection()
     iconRemaining_ = new Switch(QStringLiteral("Simgede kalan süre"));
     connect(iconRemaining_, &Switch::clicked, this, [this](bool on) { model_.setIconRemaining(on); });
     section->addRow(row(QStringLiteral("Simgede kalan süre"), iconRemaining_,
-                        QStringLiteral("Başlığı göstermeyen panellerde dakikalar simgenin altında yazar")));
+                        QStringLiteral("Simgenin yanında başlık göstermeyen panellerde kalan süre simgenin içinde yazar")));
     return section;
 }
 
@@ -231,6 +231,8 @@ void GeneralSettingsView::refresh()
     {
         const QSignalBlocker blocker(iconRemaining_);
         iconRemaining_->setChecked(model_.showsIconRemaining(panelShowsLabel_));
+        // "Yalnız simge" answers what the icon says by itself.
+        iconRemaining_->setEnabled(model_.menuBarStyle() != MenuBarStyle::iconOnly);
     }
     refreshPreview();
 }

@@ -26,7 +26,7 @@ KerahatSettingsView::KerahatSettingsView(AppModel &model, QWidget *parent)
                                 QStringLiteral("Süreler Diyanet İşleri Başkanlığı'nın fetvasına göredir: güneş doğduktan sonra "
                                                "ve batmadan önce 40–50 dakika, öğleden önce yaklaşık 10 dakika."));
     show_ = new Switch(QStringLiteral("Panelde göster"));
-    dot_ = new Switch(QStringLiteral("Menü çubuğunda işaret"));
+    dot_ = new Switch(QStringLiteral("Tepsi simgesinde işaret"));
     notify_ = new Switch(QStringLiteral("Başlarken bildir"));
     minutes_ = new QComboBox;
     minutes_->setAccessibleName(QStringLiteral("Güneş doğuşu ve batışı"));
@@ -35,7 +35,7 @@ KerahatSettingsView::KerahatSettingsView(AppModel &model, QWidget *parent)
 
     section->addRow(row(QStringLiteral("Panelde göster"), show_, QStringLiteral("Listede satır, günün çubuğunda turuncu bölge")));
     dependent_[0] = section->addRow(
-        row(QStringLiteral("Menü çubuğunda işaret"), dot_, QStringLiteral("Kerahat sırasında küçük turuncu nokta")));
+        row(QStringLiteral("Tepsi simgesinde işaret"), dot_, QStringLiteral("Kerahat sırasında küçük turuncu nokta")));
     dependent_[1] = section->addRow(row(QStringLiteral("Başlarken bildir"), notify_, QStringLiteral("Sessiz bildirim")));
     dependent_[2] = section->addRow(row(QStringLiteral("Güneş doğuşu ve batışı"), minutes_,
                                         QStringLiteral("İstiva: Öğle'den önceki %1 dakika").arg(istivaMinutes)));

@@ -123,7 +123,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
                                                "ezan kaydı bulunmaz — dilediğiniz kaydı “Kendi ses dosyam” ile seçebilirsiniz."));
 
     sound_ = new QComboBox;
-    sound_->setAccessibleName(QStringLiteral("Orvel girince"));
+    sound_->setAccessibleName(QStringLiteral("Vakit girince"));
     for (const AdhanSound::Value sound : AdhanSound::allCases)
         sound_->addItem(ViewStyle::text(AdhanSound(sound).label()));
     connect(sound_, &QComboBox::activated, this,
@@ -133,7 +133,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
     soundLine->setContentsMargins(0, 0, 0, 0);
     auto *titles = new QVBoxLayout;
     titles->setSpacing(2);
-    titles->addWidget(label(QStringLiteral("Orvel girince")));
+    titles->addWidget(label(QStringLiteral("Vakit girince")));
     description_ = caption(QString());
     titles->addWidget(description_);
     soundLine->addLayout(titles, 1);

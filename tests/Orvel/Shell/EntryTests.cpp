@@ -1,5 +1,6 @@
 #include "Entry.h"
 #include "OrvelFormat.h"
+#include "QtTurkish.h"
 #include "ShellTestSupport.h"
 #include "SingleInstance.h"
 
@@ -7,7 +8,10 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QCoreApplication>
 #include <QImage>
+#include <QLocale>
+#include <QTranslator>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -57,6 +61,22 @@ TEST(Entry, HelpAndVersionAnswerWithoutStarting)
         EXPECT_EQ(orvel.exitCode(), 0);
         EXPECT_TRUE(orvel.readAllStandardOutput().startsWith(argument == "--help" ? "Kullanım: orvel" : "orvel "));
     }
+}
+
+TEST(Entry, QtsOwnDialogsSpeakTurkish)
+{
+    const QLocale saved;
+    ASSERT_TRUE(QtTurkish::install(*QCoreApplication::instance())) << "qt6-translations-l10n is missing";
+    const auto restore = qScopeGuard([&] {
+        for (QTranslator *translator : QCoreApplication::instance()->findChildren<QTranslator *>(Qt::FindDirectChildrenOnly)) {
+            QCoreApplication::removeTranslator(translator);
+            delete translator;
+        }
+        QLocale::setDefault(saved);
+    });
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QString("İptal"));
+    EXPECT_TRUE(QCoreApplication::translate("QFileDialog", "File &name:").startsWith("Dosya"));
+    EXPECT_EQ(QLocale().language(), QLocale::Turkish);
 }
 
 TEST(Snapshot, NowIsReadAsIstanbulTimeWhateverTheMachineZone)

@@ -415,8 +415,8 @@ TEST_F(SettingsViewTest, TheWindowNamesItsTabsAndControlsForScreenReaders)
         if (!widget->accessibleName().isEmpty())
             named << widget->accessibleName();
     for (const char *name : {"Konum ara", "Hesaplama yöntemi", "Gösterim", "Ramazan modu", "Oturum açıldığında başlat",
-                             "Önceden hatırlat", "Orvel girince", "Ses düzeyi", "Sessiz saatler", "Başlangıç", "Bitiş",
-                             "Panelde göster", "Menü çubuğunda işaret", "Başlarken bildir", "Güneş doğuşu ve batışı",
+                             "Önceden hatırlat", "Vakit girince", "Ses düzeyi", "Sessiz saatler", "Başlangıç", "Bitiş",
+                             "Panelde göster", "Tepsi simgesinde işaret", "Başlarken bildir", "Güneş doğuşu ve batışı",
                              "İmsak", "Yatsı", "Hicri tarih düzeltmesi", "Yüksek enlem kuralı",
                              "Diyanet vakitlerini web servisinden al"})
         EXPECT_TRUE(named.contains(QString::fromUtf8(name))) << name;
