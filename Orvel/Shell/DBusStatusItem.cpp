@@ -10,7 +10,12 @@
 #include <QDBusConnectionInterface>
 #include <QDBusInterface>
 #include <QDBusServiceWatcher>
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QMenu>
+#include <QSaveFile>
+#include <QStandardPaths>
 
 #include <array>
 
@@ -36,6 +41,25 @@ QString labelGuide(MenuBarStyle style)
         break;
     }
     return {};
+}
+
+// Writes the symbolic faces where panels look for the item's named icons: in the folder itself
+// and as the hicolor theme's scalable application icons. Empty when the folder cannot be written.
+QString writeSymbolicIcons()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + QStringLiteral("/orvel/icons");
+    const QString themed = folder + QStringLiteral("/hicolor/scalable/apps");
+    if (!QDir().mkpath(themed))
+        return {};
+    for (const auto state : {TrayPicture::State::normal, TrayPicture::State::kerahat, TrayPicture::State::entry}) {
+        const QString file = TrayPicture::symbolicName(state) + QStringLiteral(".svg");
+        for (const QString &where : {folder, themed}) {
+            QSaveFile out(where + u'/' + file);
+            if (!out.open(QIODevice::WriteOnly) || out.write(TrayPicture::symbolicSvg(state)) < 0 || !out.commit())
+                return {};
+        }
+    }
+    return folder;
 }
 
 QString nextServiceName()
@@ -75,6 +99,35 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
                         SLOT(refreshAvailability()));
     available_ = isAvailable();
     panelShowsLabel_ = TrayHost::showsLabel(connection_);
+    panelColors_ = PanelColors::current();
+    watchPanelColors();
+}
+
+void DBusStatusItem::watchPanelColors()
+{
+    const QString path = PanelColors::kdeGlobalsPath();
+    colorsWatcher_ = new QFileSystemWatcher(this);
+    // The folder too: the file is replaced rather than written in place, and may not exist yet.
+    colorsWatcher_->addPath(QFileInfo(path).absolutePath());
+    if (QFileInfo::exists(path))
+        colorsWatcher_->addPath(path);
+    const auto changed = [this, path] {
+        if (QFileInfo::exists(path) && !colorsWatcher_->files().contains(path))
+            colorsWatcher_->addPath(path);
+        followPanelColors();
+    };
+    connect(colorsWatcher_, &QFileSystemWatcher::fileChanged, this, changed);
+    connect(colorsWatcher_, &QFileSystemWatcher::directoryChanged, this, changed);
+}
+
+void DBusStatusItem::followPanelColors()
+{
+    const std::optional<PanelColors::Palette> colors = PanelColors::current();
+    if (colors == panelColors_)
+        return;
+    panelColors_ = colors;
+    if (model_)
+        update(*model_);
 }
 
 DBusStatusItem::~DBusStatusItem()
@@ -119,6 +172,11 @@ void DBusStatusItem::show()
     const auto exported = QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties;
     connection_.registerObject(QString::fromLatin1(StatusNotifierItem::objectPath), item_, exported);
     connection_.registerObject(QString::fromLatin1(StatusNotifierItem::menuPath), menu_, exported);
+    item_->setIconThemePath(writeSymbolicIcons());
+    // The named icon can be offered now that its folder is written.
+    picture_.reset();
+    if (model_)
+        update(*model_);
     registerWithWatcher();
 }
 
@@ -134,13 +192,18 @@ void DBusStatusItem::registerWithWatcher()
 
 void DBusStatusItem::update(const AppModel &model)
 {
+    model_ = &model;
     const StatusLine line = model.statusLine();
-    const Picture picture{TrayPicture::face(model, panelShowsLabel_), Colors::current()};
+    const QColor ink = panelColors_ ? panelColors_->text : TrayPicture::ink(Colors::current());
+    const Picture picture{TrayPicture::face(model, panelShowsLabel_), ink};
     if (picture != picture_) {
         SniPixmaps pixmaps;
         for (const int size : iconSizes)
-            pixmaps << SniPixmap::from(TrayPicture::image(picture.face, picture.appearance, size));
-        item_->setPixmaps(pixmaps);
+            pixmaps << SniPixmap::from(TrayPicture::image(picture.face, picture.ink, size));
+        // Panels that recolour symbolic icons get one, unless the face carries digits that only
+        // the pixmaps have.
+        const bool named = picture.face.remaining.isEmpty() && !item_->iconThemePath().isEmpty();
+        item_->setIcon(pixmaps, named ? TrayPicture::symbolicName(picture.face.state) : QString());
         picture_ = picture;
         ++redrawCount_;
     }

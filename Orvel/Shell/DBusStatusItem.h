@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PanelColors.h"
 #include "StatusItem.h"
 #include "TrayPicture.h"
 
@@ -9,6 +10,7 @@
 #include <optional>
 
 class QDBusServiceWatcher;
+class QFileSystemWatcher;
 
 namespace orvel {
 
@@ -47,11 +49,14 @@ private slots:
 private:
     struct Picture {
         TrayPicture::Face face;
-        Appearance appearance;
+        QColor ink;
         bool operator==(const Picture &) const = default;
     };
 
     void registerWithWatcher();
+    // Plasma rewrites kdeglobals when its colour scheme changes; the icon follows at once.
+    void watchPanelColors();
+    void followPanelColors();
 
     QDBusConnection connection_;
     QString serviceName_;
@@ -63,6 +68,9 @@ private:
     bool available_ = false;
     bool panelShowsLabel_ = false;
     std::optional<Picture> picture_;
+    std::optional<PanelColors::Palette> panelColors_;
+    QFileSystemWatcher *colorsWatcher_ = nullptr;
+    const AppModel *model_ = nullptr;
     int redrawCount_ = 0;
 };
 

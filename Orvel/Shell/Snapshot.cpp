@@ -8,12 +8,14 @@
 #include "KerahatSettingsView.h"
 #include "LocationService.h"
 #include "OrvelFormat.h"
+#include "PanelColors.h"
 #include "PopoverView.h"
 #include "PrayerRepository.h"
 #include "SettingsForm.h"
 #include "SettingsView.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
+#include "TrayPicture.h"
 #include "ViewStyle.h"
 
 #include <QApplication>
@@ -24,6 +26,7 @@
 #include <QImage>
 #include <QLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QSettings>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -268,6 +271,35 @@ std::unique_ptr<QWidget> labels(AppModel &model, Appearance appearance)
     return widget;
 }
 
+namespace {
+
+// The tray's faces as GNOME's top bar and Plasma's Breeze Dark and Breeze Light panels show them,
+// at 22 points and twice the pixels: tray-1.png, tray-2.png, tray-3.png.
+void writeTrayFaces(const QDir &folder)
+{
+    using State = TrayPicture::State;
+    const TrayPicture::Face faces[] = {{State::normal, {}}, {State::kerahat, {}}, {State::entry, {}},
+                                       {State::normal, QStringLiteral("7")}, {State::kerahat, QStringLiteral("23")},
+                                       {State::normal, QStringLiteral("60")}, {State::normal, QStringLiteral("90")},
+                                       {State::normal, QStringLiteral("1sa")}, {State::normal, QStringLiteral("12sa")}};
+    const PanelColors::Palette panels[] = {PanelColors::gnomeBar(), PanelColors::breezeDark(), PanelColors::breezeLight()};
+    constexpr int pixels = 44;
+    constexpr int gap = 16;
+    int number = 0;
+    for (const PanelColors::Palette &panel : panels) {
+        const int count = static_cast<int>(std::size(faces));
+        QImage strip(count * (pixels + gap) + gap, pixels + 2 * gap, QImage::Format_ARGB32_Premultiplied);
+        strip.fill(panel.background);
+        QPainter painter(&strip);
+        for (int i = 0; i < count; ++i)
+            painter.drawImage(gap + i * (pixels + gap), gap, TrayPicture::image(faces[i], panel.text, pixels));
+        painter.end();
+        strip.save(folder.filePath(QStringLiteral("tray-%1.png").arg(++number)), "PNG");
+    }
+}
+
+} // namespace
+
 bool write(QWidget &view, Appearance appearance, double waitSeconds, const QString &path)
 {
     view.setAttribute(Qt::WA_DontShowOnScreen);
@@ -322,6 +354,7 @@ int run(const QString &outputDirectory, const QStringList &arguments)
     for (const Appearance appearance : appearances)
         renderAppearance(model, appearance, folder);
     Colors::forceAppearance(std::nullopt);
+    writeTrayFaces(folder);
 
     for (const QString &line : summary(model))
         printLine(line);

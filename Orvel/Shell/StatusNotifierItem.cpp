@@ -69,11 +69,20 @@ SniToolTip StatusNotifierItem::toolTip() const
     return {QString(), {}, QStringLiteral("Orvel"), toolTipText_};
 }
 
-void StatusNotifierItem::setPixmaps(const SniPixmaps &pixmaps)
+void StatusNotifierItem::setIcon(const SniPixmaps &pixmaps, const QString &name)
 {
-    if (pixmaps == pixmaps_)
+    if (pixmaps == pixmaps_ && name == iconName_)
         return;
     pixmaps_ = pixmaps;
+    iconName_ = name;
+    emit NewIcon();
+}
+
+void StatusNotifierItem::setIconThemePath(const QString &path)
+{
+    if (path == iconThemePath_)
+        return;
+    iconThemePath_ = path;
     emit NewIcon();
 }
 

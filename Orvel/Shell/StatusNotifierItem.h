@@ -43,8 +43,8 @@ class StatusNotifierItem : public QObject {
     Q_PROPERTY(QString Title READ title)
     Q_PROPERTY(QString Status READ status)
     Q_PROPERTY(int WindowId READ windowId)
-    Q_PROPERTY(QString IconThemePath READ emptyText)
-    Q_PROPERTY(QString IconName READ emptyText)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath)
+    Q_PROPERTY(QString IconName READ iconName)
     Q_PROPERTY(orvel::SniPixmaps IconPixmap READ iconPixmap)
     Q_PROPERTY(QString OverlayIconName READ emptyText)
     Q_PROPERTY(orvel::SniPixmaps OverlayIconPixmap READ noPixmaps)
@@ -73,6 +73,8 @@ public:
     QString emptyText() const { return {}; }
     SniPixmaps noPixmaps() const { return {}; }
     SniPixmaps iconPixmap() const { return pixmaps_; }
+    QString iconThemePath() const { return iconThemePath_; }
+    QString iconName() const { return iconName_; }
     SniToolTip toolTip() const;
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return QDBusObjectPath(QString::fromLatin1(menuPath)); }
@@ -80,7 +82,10 @@ public:
     QString labelGuide() const { return labelGuide_; }
 
     // Each setter tells the panel only when the value changed.
-    void setPixmaps(const SniPixmaps &pixmaps);
+    // The pixmaps and a named icon, looked up in the theme path first; panels that find the name
+    // show it instead of the pixmaps, an empty name leaves them to the pixmaps.
+    void setIcon(const SniPixmaps &pixmaps, const QString &name = QString());
+    void setIconThemePath(const QString &path);
     void setToolTipText(const QString &text);
     void setLabel(const QString &label, const QString &guide);
 
@@ -105,6 +110,8 @@ signals:
 
 private:
     SniPixmaps pixmaps_;
+    QString iconThemePath_;
+    QString iconName_;
     QString toolTipText_;
     QString label_;
     QString labelGuide_;

@@ -29,17 +29,30 @@ struct Face {
     bool operator==(const Face &) const = default;
 };
 
-// The time left in at most three characters: the minutes under an hour ("49"), else the whole
-// hours with "s" for saat ("2s").
+// The time left in few characters that no one misreads: the minutes up to 99 ("49", "99"), else
+// the whole hours with "sa" for saat ("1sa" from 1:40 on, "12sa"); never "s", which reads as
+// saniye.
 QString remainingText(int64_t minutes);
 // The model's face now; the time left only when the model wants it for this panel, and never in
 // the entry minute, whose green disc says more.
 Face face(const AppModel &model, bool panelShowsLabel);
 
+// The crescent and digits in `ink`, the panel's text colour; the kerahat orange and the entry
+// disc keep their own colours, the orange in its shade for a panel as dark as `ink` is light.
+QImage image(const Face &face, const QColor &ink, int pixels);
+// The same in the application's own text colour for the appearance.
 QImage image(const Face &face, Appearance appearance, int pixels);
 QImage image(State state, Appearance appearance, int pixels);
+QColor ink(Appearance appearance);
 // The picture at the sizes trays ask for.
 QIcon icon(const Face &face, Appearance appearance);
+
+// The state's crescent as a symbolic SVG for panels that recolour icons themselves: drawn in
+// currentColor with Plasma's ColorScheme-Text class; the kerahat dot and the entry disc carry
+// GTK's "warning" and "success" classes and Plasma's neutral and positive ones.
+QByteArray symbolicSvg(State state);
+// "io.github.orvel.Orvel-symbolic", "…-kerahat-symbolic", "…-entry-symbolic".
+QString symbolicName(State state);
 
 } // namespace TrayPicture
 

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <vector>
 
 namespace orvel::Symbols {
@@ -499,12 +500,13 @@ Builder printer()
     return b.fill(circle({17.6, 11.4}, 1.15));
 }
 
-using Table = std::map<QString, Glyph>;
+using Maker = std::function<Builder()>;
 
-const Table &table()
+// The recipes by name; an outline is built (path unions are slow) only when first drawn.
+const std::map<QString, Maker> &makers()
 {
-    static const Table glyphs = [] {
-        const std::vector<std::pair<const char *, std::function<Builder()>>> makers = {
+    static const std::map<QString, Maker> recipes = [] {
+        const std::vector<std::pair<const char *, Maker>> list = {
             {"moon", moon},
             {"moon.fill", [] { return Builder().fill(moonShape()).line(moonShape()); }},
             {"moon.stars", [] { return moonStars(false); }},
@@ -546,19 +548,25 @@ const Table &table()
             {"clock", clock},
             {"printer", printer},
         };
-        Table built;
-        for (const auto &[name, make] : makers)
-            built.emplace(QString::fromLatin1(name), make().glyph());
-        return built;
+        std::map<QString, Maker> byName;
+        for (const auto &[name, make] : list)
+            byName.emplace(QString::fromLatin1(name), make);
+        return byName;
     }();
-    return glyphs;
+    return recipes;
 }
 
 const Glyph *find(const QString &name)
 {
-    const Table &glyphs = table();
-    const auto it = glyphs.find(name);
-    return it == glyphs.end() ? nullptr : &it->second;
+    static std::mutex mutex;
+    static std::map<QString, Glyph> built;
+    const std::lock_guard lock(mutex);
+    if (const auto it = built.find(name); it != built.end())
+        return &it->second;
+    const auto recipe = makers().find(name);
+    if (recipe == makers().end())
+        return nullptr;
+    return &built.emplace(name, recipe->second().glyph()).first->second;
 }
 
 qreal unitFor(qreal pointSize) { return pointSize * boxPerPoint / gridHeight; }
@@ -575,14 +583,23 @@ QPointF snappedToDevicePixels(const QPainter &painter, const QPointF &origin)
 
 } // namespace
 
-bool has(const QString &name) { return find(name) != nullptr; }
+bool has(const QString &name) { return makers().contains(name); }
 
 QStringList names()
 {
     QStringList all;
-    for (const auto &entry : table())
+    for (const auto &entry : makers())
         all.append(entry.first);
     return all;
+}
+
+QPainterPath outline(const QString &name, qreal pointSize)
+{
+    const Glyph *glyph = find(name);
+    if (!glyph)
+        return {};
+    const qreal scale = unitFor(pointSize) / buildScale;
+    return QTransform::fromScale(scale, scale).map(glyph->path);
 }
 
 QSizeF size(const QString &name, qreal pointSize)

@@ -22,6 +22,9 @@ QStringList names();
 QSizeF size(const QString &name, qreal pointSize);
 // Draws the symbol with its top-left corner at `origin`, filled in `color`.
 void draw(QPainter &painter, const QString &name, const QPointF &origin, qreal pointSize, const QColor &color);
+// The symbol's filled outline in points with its top-left corner at the origin (for vector
+// output); empty for an unknown name.
+QPainterPath outline(const QString &name, qreal pointSize);
 // The symbol as an image with the device pixel ratio applied; a null image for an unknown name.
 QImage image(const QString &name, qreal pointSize, const QColor &color, qreal devicePixelRatio = 1.0);
 

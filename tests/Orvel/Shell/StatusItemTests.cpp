@@ -1,6 +1,7 @@
 #include "DBusMenu.h"
 #include "DBusStatusItem.h"
 #include "OrvelFormat.h"
+#include "PanelColors.h"
 #include "ShellTestSupport.h"
 #include "StatusNotifierItem.h"
 #include "TrayHost.h"
@@ -11,10 +12,12 @@
 
 #include <QDBusPendingCall>
 #include <QDir>
+#include <QFile>
 #include <QMenu>
 #include <QMutex>
 #include <QProcess>
 #include <QScopeGuard>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -109,6 +112,47 @@ int pixelsApart(const QImage &picture, const QImage &reference)
     return apart;
 }
 
+// A bus of the test's own with a panel's watcher on it, answering from a thread of its own as
+// another process would; nothing reaches the desktop's panel.
+class PrivatePanel {
+public:
+    PrivatePanel()
+    {
+        daemon_.start("dbus-daemon", {"--config-file=/usr/share/dbus-1/session.conf", "--nofork", "--print-address=1"});
+        if (!daemon_.waitForStarted(5000) || !daemon_.waitForReadyRead(5000))
+            return;
+        const QString address = QString::fromUtf8(daemon_.readLine()).trimmed();
+        orvelSide = QDBusConnection::connectToBus(address, "orvel-side");
+        panelSide = QDBusConnection::connectToBus(address, "panel-side");
+    }
+    ~PrivatePanel()
+    {
+        if (thread_.isRunning()) {
+            panelSide.unregisterObject("/StatusNotifierWatcher");
+            thread_.quit();
+            thread_.wait();
+        }
+        QDBusConnection::disconnectFromBus("orvel-side");
+        QDBusConnection::disconnectFromBus("panel-side");
+    }
+    bool isUp() const { return orvelSide.isConnected() && panelSide.isConnected(); }
+    void startWatcher()
+    {
+        watcher.moveToThread(&thread_);
+        thread_.start();
+        panelSide.registerObject("/StatusNotifierWatcher", &watcher, QDBusConnection::ExportAllContents);
+        panelSide.registerService("org.kde.StatusNotifierWatcher");
+    }
+
+    QDBusConnection orvelSide{QString()};
+    QDBusConnection panelSide{QString()};
+    FakeWatcher watcher;
+
+private:
+    QProcess daemon_;
+    QThread thread_;
+};
+
 QColor glyph(Appearance appearance)
 {
     return appearance == Appearance::light ? QColor(30, 30, 30) : QColor(245, 245, 245);
@@ -128,19 +172,12 @@ TEST(StatusNotifierItem, PixmapsAreArgbInNetworkOrder)
 
 TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
 {
-    // A bus of the test's own, so that nothing reaches the desktop's panel; each side has a
-    // connection of its own, as separate processes would.
-    QProcess daemon;
-    daemon.start("dbus-daemon", {"--config-file=/usr/share/dbus-1/session.conf", "--nofork", "--print-address=1"});
-    if (!daemon.waitForStarted(5000) || !daemon.waitForReadyRead(5000))
+    PrivatePanel panel;
+    if (!panel.isUp())
         GTEST_SKIP() << "dbus-daemon is not available";
-    const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
-    const auto disconnect = qScopeGuard([] {
-        QDBusConnection::disconnectFromBus("orvel-side");
-        QDBusConnection::disconnectFromBus("panel-side");
-    });
-    const QDBusConnection orvelSide = QDBusConnection::connectToBus(address, "orvel-side");
-    QDBusConnection panelSide = QDBusConnection::connectToBus(address, "panel-side");
+    const QDBusConnection &orvelSide = panel.orvelSide;
+    QDBusConnection &panelSide = panel.panelSide;
+    FakeWatcher &watcher = panel.watcher;
 
     const DayTimes day = test::testDay();
     const Instant start = day[Prayer::ogle] + 3600;
@@ -151,18 +188,8 @@ TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
     EXPECT_FALSE(item.isAvailable());
     QSignalSpy availability(&item, &StatusItem::availabilityChanged);
 
-    // The panel comes up later, as another process: its watcher answers from a thread of its own.
-    QThread panelThread;
-    FakeWatcher watcher;
-    watcher.moveToThread(&panelThread);
-    panelThread.start();
-    panelSide.registerObject("/StatusNotifierWatcher", &watcher, QDBusConnection::ExportAllContents);
-    panelSide.registerService("org.kde.StatusNotifierWatcher");
-    const auto stopPanel = qScopeGuard([&] {
-        panelSide.unregisterObject("/StatusNotifierWatcher");
-        panelThread.quit();
-        panelThread.wait();
-    });
+    // The panel comes up later.
+    panel.startWatcher();
     EXPECT_TRUE(item.isAvailable());
     // The watcher's owner is this test program, a panel that shows no title beside the icon.
     EXPECT_EQ(TrayHost::watcherProgram(orvelSide), QCoreApplication::applicationName().left(15));
@@ -248,10 +275,13 @@ TEST(TrayPicture, StatesAreDrawnIntoTheSquare)
     }
 }
 
-TEST(TrayPicture, TimeLeftInAtMostThreeCharacters)
+TEST(TrayPicture, TimeLeftThatCannotBeMisread)
 {
-    const std::pair<int64_t, const char *> cases[] = {{0, "0"}, {7, "7"}, {59, "59"}, {60, "1s"},
-                                                      {119, "1s"}, {600, "10s"}, {1439, "23s"}};
+    // 1:59, 1:30 and 1:00 read apart; no face ends in a bare "s", which a Turkish reader takes
+    // for saniye.
+    const std::pair<int64_t, const char *> cases[] = {{0, "0"},     {7, "7"},      {59, "59"},     {60, "60"},
+                                                      {90, "90"},   {99, "99"},    {100, "1sa"},   {119, "1sa"},
+                                                      {600, "10sa"}, {1439, "23sa"}};
     for (const auto &[minutes, text] : cases)
         EXPECT_EQ(TrayPicture::remainingText(minutes), QString::fromUtf8(text)) << minutes;
 }
@@ -263,8 +293,8 @@ TEST(TrayPicture, TimeLeftUnderTheCrescentAtEverySizeAndAppearance)
     const QDir references(QStringLiteral(ORVEL_TRAY_REFERENCES));
     const QString renderTo = qEnvironmentVariable("ORVEL_RENDER_REFERENCES");
     const TrayPicture::Face faces[] = {{TrayPicture::State::normal, "7"}, {TrayPicture::State::normal, "49"},
-                                       {TrayPicture::State::kerahat, "23"}, {TrayPicture::State::normal, "2s"},
-                                       {TrayPicture::State::normal, "10s"}};
+                                       {TrayPicture::State::kerahat, "23"}, {TrayPicture::State::normal, "2sa"},
+                                       {TrayPicture::State::normal, "10sa"}};
     for (const int pixels : {22, 32, 44})
         for (const Appearance appearance : {Appearance::light, Appearance::dark})
             for (const TrayPicture::Face &face : faces) {
@@ -287,7 +317,7 @@ TEST(TrayPicture, TimeLeftUnderTheCrescentAtEverySizeAndAppearance)
                 const QRect ink = inkBox(picture, glyph(appearance));
                 EXPECT_TRUE(QRect(0, 0, pixels, pixels).contains(ink));
                 EXPECT_GE(ink.bottom(), pixels * 0.85);
-                EXPECT_LE(ink.top(), pixels * 0.1);
+                EXPECT_LE(ink.top(), pixels * 0.15);
                 const QImage lower = picture.copy(0, pixels / 2 + 1, pixels, pixels / 2 - 1);
                 EXPECT_GT(inkBox(lower, glyph(appearance)).width(), pixels * 0.15);
                 const bool dot = pixelsNear(picture, Colors::systemOrange(appearance)) > 0;
@@ -320,7 +350,130 @@ TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
     EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::entry, ""}));
     // Then the hours to Akşam.
     offline.moveTo(day[Prayer::ikindi] + 65);
-    EXPECT_TRUE(TrayPicture::face(model, false).remaining.endsWith(u's'));
+    EXPECT_TRUE(TrayPicture::face(model, false).remaining.endsWith(QStringLiteral("sa")));
+    // "Yalnız simge" is the icon alone, whatever the switch says.
+    model.setIconRemaining(true);
+    model.setMenuBarStyle(MenuBarStyle::iconOnly);
+    EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
+}
+
+TEST(PanelColors, TheDesktopsPanelDecidesTheInk)
+{
+    const QByteArray breezeDark = "[General]\nColorScheme=BreezeDark\n[Colors:View]\nBackgroundNormal=20,22,24\n"
+                                  "[Colors:Window]\nBackgroundNormal=49,54,59\nForegroundNormal=252,252,252\n";
+    EXPECT_EQ(PanelColors::fromKdeGlobals(breezeDark), PanelColors::breezeDark());
+    EXPECT_EQ(PanelColors::forDesktop("KDE", breezeDark), PanelColors::breezeDark());
+    EXPECT_EQ(PanelColors::forDesktop("KDE", "[Colors:Window]\nBackgroundNormal=oops\n"), PanelColors::breezeLight());
+    EXPECT_EQ(PanelColors::forDesktop("KDE", std::nullopt), PanelColors::breezeLight());
+    EXPECT_EQ(PanelColors::forDesktop("ubuntu:GNOME", breezeDark), PanelColors::gnomeBar());
+    EXPECT_EQ(PanelColors::forDesktop("XFCE", breezeDark), std::nullopt);
+
+    // Whatever the application's appearance, the ink stands out on the panel.
+    for (const PanelColors::Palette &panel : {PanelColors::gnomeBar(), PanelColors::breezeDark(), PanelColors::breezeLight()})
+        for (const TrayPicture::Face &face : {TrayPicture::Face{TrayPicture::State::normal, {}},
+                                              TrayPicture::Face{TrayPicture::State::kerahat, "23"}}) {
+            const QImage picture = TrayPicture::image(face, panel.text, 22).convertToFormat(QImage::Format_ARGB32);
+            int strongest = 0;
+            for (int y = 0; y < 22; ++y)
+                for (int x = 0; x < 22; ++x) {
+                    const QRgb pixel = picture.pixel(x, y);
+                    if (qAlpha(pixel) > 128 && PanelColors::contrast(QColor(pixel), panel.background) >= 4.5)
+                        ++strongest;
+                }
+            EXPECT_GT(strongest, 20) << panel.background.name().toStdString();
+        }
+}
+
+// As a panel sees the item: GNOME recolours the named symbolic icon; Plasma gets pixels in its
+// scheme's text colour, follows a change of scheme, and tells 1:59, 1:30 and 1:00 apart.
+TEST(DBusStatusItem, LegibleOnGnomeAndOnBothBreezePanels)
+{
+    QTemporaryDir home;
+    const QByteArray savedDesktop = qgetenv("XDG_CURRENT_DESKTOP"), savedConfig = qgetenv("XDG_CONFIG_HOME"),
+                     savedRuntime = qgetenv("XDG_RUNTIME_DIR");
+    const auto restore = qScopeGuard([&] {
+        qputenv("XDG_CURRENT_DESKTOP", savedDesktop);
+        qputenv("XDG_CONFIG_HOME", savedConfig);
+        qputenv("XDG_RUNTIME_DIR", savedRuntime);
+    });
+    qputenv("XDG_CONFIG_HOME", home.filePath("config").toUtf8());
+    qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
+    QDir().mkpath(home.filePath("config"));
+    const auto writeScheme = [&](const PanelColors::Palette &palette) {
+        QFile file(home.filePath("config/kdeglobals"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        const auto rgb = [](const QColor &c) { return QString("%1,%2,%3").arg(c.red()).arg(c.green()).arg(c.blue()); };
+        file.write(QString("[Colors:Window]\nBackgroundNormal=%1\nForegroundNormal=%2\n")
+                       .arg(rgb(palette.background), rgb(palette.text)).toUtf8());
+    };
+    PrivatePanel panel;
+    if (!panel.isUp())
+        GTEST_SKIP() << "dbus-daemon is not available";
+    panel.startWatcher();
+    const DayTimes day = test::testDay();
+    test::OfflineModel offline(day[Prayer::aksam] - 119 * 60);
+    AppModel &model = *offline.model;
+    Colors::forceAppearance(Appearance::light);
+    const auto restoreAppearance = qScopeGuard([] { Colors::forceAppearance(std::nullopt); });
+
+    const auto pixels = [&](const QString &service) {
+        SniPixmaps list;
+        property(panel.panelSide, service, "IconPixmap").value<QDBusArgument>() >> list;
+        return list.value(0);
+    };
+    const auto inkOf = [](const SniPixmap &pixmap) {
+        // The most opaque pixel's colour (ARGB in network order).
+        QColor ink;
+        for (qsizetype i = 0; i + 3 < pixmap.argb.size(); i += 4)
+            if (static_cast<uchar>(pixmap.argb[i]) == 255) {
+                ink = QColor(static_cast<uchar>(pixmap.argb[i + 1]), static_cast<uchar>(pixmap.argb[i + 2]),
+                             static_cast<uchar>(pixmap.argb[i + 3]));
+                break;
+            }
+        return ink;
+    };
+
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "GNOME");
+        // GNOME's panel shows the title, so its icon carries no digits; this test's watcher is not
+        // gnome-shell, so the setting says so instead.
+        model.setIconRemaining(false);
+        DBusStatusItem gnome(panel.orvelSide);
+        gnome.update(model);
+        gnome.show();
+        const QString name = property(panel.panelSide, gnome.serviceName(), "IconName").toString();
+        EXPECT_TRUE(name.endsWith("-symbolic"));
+        const QString folder = property(panel.panelSide, gnome.serviceName(), "IconThemePath").toString();
+        QFile svg(QDir(folder).filePath(name + ".svg"));
+        ASSERT_TRUE(svg.open(QIODevice::ReadOnly)) << svg.fileName().toStdString();
+        EXPECT_TRUE(svg.readAll().contains("currentColor"));
+        EXPECT_GE(PanelColors::contrast(inkOf(pixels(gnome.serviceName())), PanelColors::gnomeBar().background), 4.5);
+        model.setIconRemaining(std::nullopt);
+    }
+
+    qputenv("XDG_CURRENT_DESKTOP", "KDE");
+    writeScheme(PanelColors::breezeDark());
+    DBusStatusItem kde(panel.orvelSide);
+    kde.update(model);
+    kde.show();
+    const QString service = kde.serviceName();
+    // Plasma shows no title, so the digits are in the pixels and no named icon hides them.
+    EXPECT_EQ(property(panel.panelSide, service, "IconName").toString(), "");
+    EXPECT_GE(PanelColors::contrast(inkOf(pixels(service)), PanelColors::breezeDark().background), 4.5);
+    writeScheme(PanelColors::breezeLight());
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return PanelColors::contrast(inkOf(pixels(service)), PanelColors::breezeLight().background) >= 4.5;
+    }, 5000)) << "the icon follows the new scheme without waiting for the next minute";
+
+    QList<QByteArray> faces;
+    for (const int minutes : {119, 90, 60}) {
+        offline.moveTo(day[Prayer::aksam] - minutes * 60);
+        kde.update(model);
+        faces << pixels(service).argb;
+    }
+    EXPECT_NE(faces[0], faces[1]);
+    EXPECT_NE(faces[1], faces[2]);
+    EXPECT_NE(faces[0], faces[2]);
 }
 
 TEST(TrayHost, TheWatchersProgramDecidesElseTheDesktop)
