@@ -93,4 +93,31 @@ std::optional<StatusLine::State> stateFromName(std::string_view name)
     return std::nullopt;
 }
 
+std::vector<KerahatInterval> kerahatIntervals(const StatusSettings &settings, const std::optional<DayTimes> &today)
+{
+    if (!settings.showKerahat || !today)
+        return {};
+    return Kerahat::intervals(*today, settings.kerahatMinutes, Kerahat::defaultIstivaMinutes);
+}
+
+StatusFacts facts(const StatusSettings &settings, Instant now, const std::optional<DayTimes> &today,
+                  const std::optional<DayTimes> &tomorrow, const TimeZone &zone)
+{
+    StatusFacts facts;
+    facts.now = now;
+    if (today)
+        facts.status = PrayerSchedule::status(now, *today, tomorrow, zone);
+    facts.ramadanToday = isRamadanToday(settings.ramadanMode, today);
+    facts.nextIsRamadan = nextIsRamadan(settings.ramadanMode, facts.status, today, tomorrow);
+    facts.inKerahat = Kerahat::active(now, kerahatIntervals(settings, today)).has_value();
+    facts.kerahatDot = settings.kerahatDot;
+    return facts;
+}
+
+StatusLine line(const StatusSettings &settings, Instant now, const std::optional<DayTimes> &today,
+                const std::optional<DayTimes> &tomorrow, const TimeZone &zone)
+{
+    return line(settings.style, facts(settings, now, today, tomorrow, zone), zone);
+}
+
 } // namespace orvel::StatusText

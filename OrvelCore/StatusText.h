@@ -2,12 +2,14 @@
 
 #include "DayTimes.h"
 #include "Instant.h"
+#include "Kerahat.h"
 #include "MenuBarStyle.h"
 #include "PrayerSchedule.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvel {
 
@@ -37,7 +39,29 @@ struct StatusFacts {
     bool kerahatDot = true;   // the dot is wanted while one runs
 };
 
+// The user's settings that shape what the status says: the style, the Ramadan names and the
+// kerahat intervals with their dot. The application and the command line read the same ones, so
+// every face of Orvel says the same thing.
+struct StatusSettings {
+    MenuBarStyle style = MenuBarStyle::nameAndRemaining;
+    bool ramadanMode = true;
+    bool showKerahat = true;
+    int64_t kerahatMinutes = Kerahat::defaultSunMinutes;
+    bool kerahatDot = true;
+
+    bool operator==(const StatusSettings &) const = default;
+};
+
 namespace StatusText {
+
+// The day's kerahat intervals as the settings want them; none when they are not shown.
+std::vector<KerahatInterval> kerahatIntervals(const StatusSettings &settings, const std::optional<DayTimes> &today);
+// The facts of the moment under the settings.
+StatusFacts facts(const StatusSettings &settings, Instant now, const std::optional<DayTimes> &today,
+                  const std::optional<DayTimes> &tomorrow, const TimeZone &zone);
+// What the status item shows at the moment under the settings.
+StatusLine line(const StatusSettings &settings, Instant now, const std::optional<DayTimes> &today,
+                const std::optional<DayTimes> &tomorrow, const TimeZone &zone);
 
 StatusLine line(MenuBarStyle style, const StatusFacts &facts, const TimeZone &zone);
 

@@ -14,6 +14,13 @@ PlaceOptions placeOptions()
     return options;
 }
 
+StatusSettings statusSettings()
+{
+    const Defaults::Settings settings = Defaults::load();
+    return {settings.menuBarStyle, settings.ramadanMode, settings.showKerahat, settings.kerahatMinutes,
+            settings.kerahatMenuDot};
+}
+
 bool choosePlace(const Location &location)
 {
     if (!Defaults::encode(Defaults::Key::location, location))

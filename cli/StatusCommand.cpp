@@ -19,9 +19,6 @@ namespace {
 
 using OrderedJson = nlohmann::ordered_json;
 
-// The status item's own defaults: Ramadan names on, kerahat shown with its default lengths.
-constexpr bool ramadanMode = true;
-
 struct Choices {
     PlaceOptions place = AppSettings::placeOptions();
     SourceOptions sources;
@@ -142,6 +139,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     request.location = choices.place.location();
     request.method = choices.place.method;
     request.times = choices.place.times;
+    request.status = AppSettings::statusSettings();
     request.sources = choices.sources;
     request.format = choices.format;
     request.follow = choices.follow;
@@ -163,14 +161,16 @@ Moment moment(const Request &request, const DaysAnswer &answer)
 {
     Moment moment{answer.days.at(0), answer.days.at(1), answer.source, {}, {}, false, false, {}, {}};
     const Instant now = request.now;
-    moment.status = PrayerSchedule::status(now, moment.today, moment.tomorrow, request.location.timeZone());
-    moment.kerahat = Kerahat::active(
-        now, Kerahat::intervals(moment.today, Kerahat::defaultSunMinutes, Kerahat::defaultIstivaMinutes));
-    moment.ramadanToday = StatusText::isRamadanToday(ramadanMode, moment.today);
-    const bool nextIsRamadan = StatusText::nextIsRamadan(ramadanMode, moment.status, moment.today, moment.tomorrow);
-
-    const StatusFacts facts{moment.status, now, moment.ramadanToday, nextIsRamadan, moment.kerahat.has_value(), true};
-    const StatusLine line = StatusText::line(MenuBarStyle::nameAndRemaining, facts, request.location.timeZone());
+    const TimeZone zone = request.location.timeZone();
+    // A status bar shows text: the icon-only style still gets its title.
+    StatusSettings settings = request.status;
+    if (settings.style == MenuBarStyle::iconOnly)
+        settings.style = MenuBarStyle::nameAndRemaining;
+    const StatusFacts facts = StatusText::facts(settings, now, moment.today, moment.tomorrow, zone);
+    moment.status = *facts.status;
+    moment.kerahat = Kerahat::active(now, StatusText::kerahatIntervals(settings, moment.today));
+    moment.ramadanToday = facts.ramadanToday;
+    const StatusLine line = StatusText::line(settings.style, facts, zone);
     moment.entryMinute = line.state == StatusLine::State::entry;
     moment.title = line.text;
     moment.label = line.label;

@@ -33,6 +33,7 @@ struct Request {
     Location location;
     CalculationMethod method = CalculationMethod::diyanet;
     TimesOptions times;
+    StatusSettings status; // the application's, so that the title is the tray's
     SourceOptions sources;
     Instant now;
     Format format = Format::text;

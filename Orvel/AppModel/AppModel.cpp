@@ -481,9 +481,12 @@ QString AppModel::dateLine() const
 
 std::vector<KerahatInterval> AppModel::kerahatIntervals() const
 {
-    if (!showKerahat_ || !today_)
-        return {};
-    return Kerahat::intervals(*today_, kerahatMinutes_, Kerahat::defaultIstivaMinutes);
+    return StatusText::kerahatIntervals(statusSettings(), today_);
+}
+
+StatusSettings AppModel::statusSettings() const
+{
+    return {menuBarStyle_, ramadanMode_, showKerahat_, kerahatMinutes_, kerahatMenuDot_};
 }
 
 bool AppModel::isRamadanToday() const
@@ -505,14 +508,9 @@ std::optional<int64_t> AppModel::ramadanDay() const
 
 StatusLine AppModel::statusLine(MenuBarStyle style) const
 {
-    StatusFacts facts;
-    facts.status = status();
-    facts.now = now_;
-    facts.ramadanToday = isRamadanToday();
-    facts.nextIsRamadan = nextIsRamadan();
-    facts.inKerahat = Kerahat::active(now_, kerahatIntervals()).has_value();
-    facts.kerahatDot = kerahatMenuDot_;
-    return StatusText::line(style, facts, zone());
+    StatusSettings settings = statusSettings();
+    settings.style = style;
+    return StatusText::line(settings, now_, today_, tomorrow_, zone());
 }
 
 StatusImage::Image AppModel::menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio) const

@@ -117,6 +117,8 @@ public:
     bool nextIsRamadan() const;
     std::optional<int64_t> ramadanDay() const;
 
+    // The settings that shape the status, as the command line reads them too.
+    StatusSettings statusSettings() const;
     // What every status item shows now: text, spoken label and state, in the chosen style.
     StatusLine statusLine() const { return statusLine(menuBarStyle_); }
     StatusLine statusLine(MenuBarStyle style) const;

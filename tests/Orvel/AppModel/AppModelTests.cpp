@@ -19,6 +19,7 @@
 #include <QThreadPool>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <condition_variable>
 #include <mutex>
@@ -422,6 +423,52 @@ TEST(AppModelSettings, APlaceChosenOnTheCommandLineReachesTheRunningModel)
     QTest::qWait(3 * SettingsWatcher::settleMs);
     EXPECT_EQ(placeChanged.count(), 1);
     EXPECT_EQ(methodChanged.count(), 0);
+}
+
+// orvel-cli status reads the user's Ramadan, kerahat and style settings as the tray does: 42
+// minutes before İftar, with Ramadan names off and kerahat at 40 minutes without its dot, both
+// say "Akşam 18:xx" with no kerahat, where the defaults would say "İftar" in kerahat.
+TEST(AppModelSettings, TheCommandLineStatusSaysWhatTheTraySays)
+{
+    const DayTimes day = PrayerCalculator::times({2026, 3, 10}, Location::istanbul(), CalculationMethod::diyanet);
+    const Instant moment = day[Prayer::aksam] - 42 * 60;
+    Harness harness(moment);
+    const QString configHome = harness.folder.filePath(QStringLiteral("config"));
+    Harness::useStore(configHome + QStringLiteral("/Orvel/Orvel.conf"));
+    const auto model = harness.model();
+    ASSERT_TRUE(reloadAndWait(*model));
+    const auto cliStatus = [&] {
+        Defaults::store().sync();
+        QProcess cli;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configHome);
+        cli.setProcessEnvironment(environment);
+        const QString now = QString::fromStdString(OrvelFormat::pattern(moment, model->zone(), "yyyy-MM-dd'T'HH:mm"));
+        cli.start(QStringLiteral(ORVEL_CLI_PATH),
+                  {QStringLiteral("status"), QStringLiteral("--format"), QStringLiteral("json"), QStringLiteral("--offline"),
+                   QStringLiteral("--now"), now});
+        EXPECT_TRUE(cli.waitForFinished(loadWaitMs));
+        return nlohmann::json::parse(cli.readAllStandardOutput().toStdString(), nullptr, false);
+    };
+    const auto expectSame = [&] {
+        const nlohmann::json status = cliStatus();
+        ASSERT_FALSE(status.is_discarded());
+        const StatusLine tray = model->statusLine();
+        EXPECT_EQ(status.at("title").get<std::string>(), tray.text);
+        EXPECT_EQ(status.at("label").get<std::string>(), tray.label);
+        EXPECT_EQ(status.at("kerahat").is_null(), tray.state != StatusLine::State::kerahat);
+    };
+    expectSame();
+    EXPECT_EQ(model->statusLine().state, StatusLine::State::kerahat);
+    EXPECT_TRUE(model->statusLine().text.starts_with("İftar"));
+
+    model->setRamadanMode(false);
+    model->setKerahatMinutes(40);
+    model->setKerahatMenuDot(false);
+    model->setMenuBarStyle(MenuBarStyle::nameAndTime);
+    expectSame();
+    EXPECT_EQ(model->statusLine().state, StatusLine::State::normal);
+    EXPECT_TRUE(model->statusLine().text.starts_with("Akşam "));
 }
 
 using StatusImage::Style;
