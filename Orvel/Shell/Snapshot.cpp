@@ -1,5 +1,6 @@
 #include "Snapshot.h"
 
+#include "AboutView.h"
 #include "AladhanClient.h"
 #include "AppModel.h"
 #include "Calendars.h"
@@ -15,6 +16,7 @@
 #include "SettingsView.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
+#include "TimesSettingsView.h"
 #include "TrayPicture.h"
 #include "ViewStyle.h"
 
@@ -142,6 +144,10 @@ void renderSettings(AppModel &model, Appearance appearance, const QDir &folder)
     writeTab(notifications, QStringLiteral("settings-notifications-%1.png"));
     KerahatSettingsView kerahat(model);
     writeTab(kerahat, QStringLiteral("settings-kerahat-%1.png"));
+    TimesSettingsView times(model);
+    writeTab(times, QStringLiteral("settings-times-%1.png"));
+    AboutView about;
+    writeTab(about, QStringLiteral("settings-about-%1.png"));
 
     const AdhanSound sound = model.adhanSound();
     const std::optional<QString> customName = model.customSoundName();

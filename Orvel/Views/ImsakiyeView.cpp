@@ -209,11 +209,15 @@ QWidget *ImsakiyeView::makeFooter()
     auto *row = new QHBoxLayout(footer_);
     row->setContentsMargins(horizontalPadding, 10, horizontalPadding, 10);
     row->setSpacing(4);
+    // The place and method are what the page is of: they keep their width, and the general
+    // notes on the right give way first.
     place_ = new TightLabel;
-    place_->setElides(true);
-    place_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    place_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     sourceNote_ = new TightLabel;
+    sourceNote_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     notice_ = new TightLabel;
+    notice_->setElides(true);
+    notice_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     row->addWidget(place_, 0, Qt::AlignVCenter);
     row->addWidget(sourceNote_, 0, Qt::AlignVCenter);
     row->addStretch(1);
@@ -437,7 +441,9 @@ void ImsakiyeView::refreshFooter(Appearance appearance)
     const std::optional<std::string_view> note = Imsakiye::sourceNote(source_);
     sourceNote_->setText(note ? ViewStyle::text(*note) : QString(), font, secondary);
     sourceNote_->setVisible(note.has_value());
-    notice_->setText(sheet().notices.join(QStringLiteral("  ·  ")), font, ViewStyle::tertiary(appearance));
+    const QString notices = sheet().notices.join(QStringLiteral("  ·  "));
+    notice_->setText(notices, font, ViewStyle::tertiary(appearance));
+    notice_->setToolTip(notices);
 }
 
 void ImsakiyeView::placeHeader()

@@ -66,17 +66,14 @@ KerahatRow::Arrangement KerahatRow::arrange(qreal width) const
     const qreal titleLeft = PrayerRow::leadingPadding + PrayerRow::symbolColumn + titleGap;
     const qreal rangeWidth = QFontMetricsF(a.rangeFont).horizontalAdvance(content_.range);
     const qreal alignedRight = width - PrayerRow::trailingPadding - PrayerRow::bellSize - PrayerRow::bellGap;
-    // The range ends where the prayer times end, before the bell column...
+    // The range always ends where the prayer times end, before the bell column; the text yields.
     a.rangeRight = alignedRight;
     const auto needed = [&] {
         return QFontMetricsF(a.titleFont).horizontalAdvance(a.title)
             + QFontMetricsF(a.countdownFont).horizontalAdvance(a.countdown);
     };
     const auto room = [&] { return a.rangeRight - rangeWidth - rangeGap - titleLeft; };
-    // ...unless the title and its countdown need the room: then the range moves into the empty
-    // bell column and the text shrinks a little.
-    if (needed() > room())
-        a.rangeRight = width - PrayerRow::trailingPadding;
+    // First the text shrinks a little.
     if (needed() > room()) {
         const qreal scale = std::max(minimumScale, room() / needed());
         a.titleFont.setPointSizeF(a.titleFont.pointSizeF() * scale);

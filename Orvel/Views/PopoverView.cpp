@@ -159,7 +159,9 @@ QWidget *PopoverView::makeFooter()
     row->setSpacing(14);
 
     source_ = new TightLabel;
-    source_->setWraps(true);
+    // Shrinks a little before it breaks, and then at its separator.
+    source_->setMinimumScale(dateMinimumScale);
+    source_->setWraps(true, dateSeparator);
     QSizePolicy sourcePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     sourcePolicy.setHeightForWidth(true);
     source_->setSizePolicy(sourcePolicy);

@@ -194,10 +194,9 @@ QStringList TightLabel::wrapPieces() const
     const QString &text = runs_.front().text;
     if (wrapSeparator_.isEmpty())
         return text.split(u' ', Qt::SkipEmptyParts);
-    QStringList pieces = text.split(wrapSeparator_);
-    for (qsizetype i = 0; i + 1 < pieces.size(); ++i)
-        pieces[i] = (pieces[i] + wrapSeparator_).trimmed();
-    return pieces;
+    // The separator stays between pieces on one line and goes where a line breaks, so that no
+    // line ends on a dangling "·".
+    return text.split(wrapSeparator_, Qt::SkipEmptyParts);
 }
 
 QStringList TightLabel::lines(qreal width) const
@@ -207,19 +206,38 @@ QStringList TightLabel::lines(qreal width) const
     const Run &run = runs_.front();
     const QFontMetricsF metrics(run.font);
     const qreal room = width - measure(1).textLeft;
+    const auto fits = [&](const QString &line) { return metrics.horizontalAdvance(line) <= room; };
+    const QString joiner = wrapSeparator_.isEmpty() ? QStringLiteral(" ") : wrapSeparator_;
     QStringList lines;
     QString line;
-    for (const QString &word : wrapPieces()) {
-        const QString longer = line.isEmpty() ? word : line + u' ' + word;
-        if (line.isEmpty() || metrics.horizontalAdvance(longer) <= room) {
-            line = longer;
+    const auto flush = [&] {
+        if (!line.isEmpty())
+            lines << line;
+        line.clear();
+    };
+    for (const QString &piece : wrapPieces()) {
+        const QString joined = line.isEmpty() ? piece : line + joiner + piece;
+        if (fits(joined)) {
+            line = joined;
             continue;
         }
-        lines << line;
-        line = word;
+        flush();
+        if (fits(piece) || !piece.contains(u' ')) {
+            line = piece;
+            continue;
+        }
+        // A piece wider than the room breaks between its words.
+        for (const QString &word : piece.split(u' ', Qt::SkipEmptyParts)) {
+            const QString longer = line.isEmpty() ? word : line + u' ' + word;
+            if (line.isEmpty() || fits(longer)) {
+                line = longer;
+                continue;
+            }
+            lines << line;
+            line = word;
+        }
     }
-    if (!line.isEmpty())
-        lines << line;
+    flush();
     return lines;
 }
 

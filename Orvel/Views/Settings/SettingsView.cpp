@@ -11,7 +11,9 @@
 
 #include <QBoxLayout>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QKeySequence>
+#include <QLayout>
 #include <QShortcut>
 #include <QTabWidget>
 
@@ -60,8 +62,7 @@ SettingsView::SettingsView(AppModel &model, std::unique_ptr<LocationService> loc
     column->setContentsMargins(0, 8, 0, 0);
     column->addWidget(tabs_);
 
-    for (const QKeySequence &keys : {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)})
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence(QKeySequence::Close), this), &QShortcut::activated, this, &QWidget::close);
     setAutoFillBackground(true);
     applyAppearance();
 }
@@ -82,9 +83,26 @@ void SettingsView::applyAppearance()
     applying_ = false;
 }
 
+void SettingsView::keyPressEvent(QKeyEvent *event)
+{
+    // Escape reaches the window only when no open list or field took it for itself.
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
 bool SettingsView::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
+    // The window is as tall as its tabs need: it grows for a place search's results and takes
+    // its own height again once they go.
+    if (event->type() == QEvent::LayoutRequest && layout() && layout()->hasHeightForWidth()) {
+        const int height = layout()->totalHeightForWidth(width());
+        if (height != this->height())
+            resize(width(), height);
+    }
     if (!applying_ && (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange))
         applyAppearance();
     return handled;

@@ -56,7 +56,7 @@ TimesSettingsView::TimesSettingsView(AppModel &model, QWidget *parent)
 QWidget *TimesSettingsView::makeAdjustmentSection()
 {
     auto *section = new Section(QStringLiteral("Dakika düzeltmesi"),
-                                QStringLiteral("Vakitler, panelde, bildirimlerde, imsakiyede ve orvel-cli'de bu kadar "
+                                QStringLiteral("Vakitler panelde, bildirimlerde, imsakiyede ve orvel-cli'de bu kadar "
                                                "ileri ya da geri alınır. Camiinizin takvimi birkaç dakika "
                                                "farklıysa kullanın."));
     for (const Prayer::Value prayer : Prayer::allCases) {

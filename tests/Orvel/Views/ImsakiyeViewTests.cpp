@@ -262,6 +262,23 @@ TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
     EXPECT_FALSE(rule.sheet().notices.join(' ').contains(QStringLiteral("tahmini")));
 }
 
+TEST_F(ImsakiyeViewTest, TheFooterKeepsThePlaceAndMethodWhole)
+{
+    std::unique_ptr<AppModel> model = loadedModel();
+    model->setLocation({"Kahramanmaraş, Dulkadiroğlu", 37.58, 36.93, "Europe/Istanbul"});
+    model->setMethod(CalculationMethod::isna);
+    DayTimes estimated = march10();
+    estimated.estimated[Prayer(Prayer::imsak).index()] = true;
+    ImsakiyeView view(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{estimated}, TimesSource::offline});
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.resize(ImsakiyeView::minimumContentSize);
+    view.show();
+    QTest::qWait(20);
+    const TightLabel &place = *view.placeLabel();
+    EXPECT_TRUE(place.text().endsWith(QStringLiteral("(ISNA)"))) << place.text().toStdString();
+    EXPECT_GE(place.width(), place.sizeHint().width()) << "the method's name is not cut";
+}
+
 TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
 {
     std::unique_ptr<AppModel> model = loadedModel();

@@ -20,9 +20,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QFile>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPromise>
 #include <QPushButton>
@@ -452,4 +454,45 @@ TEST_F(SettingsViewTest, MinuteAndHijriCorrectionsReachTheTimesShown)
     model->setTimesOptions(cleared);
     EXPECT_EQ(imsak->value(), 0);
     EXPECT_EQ(hijri->value(), 0);
+}
+
+TEST_F(SettingsViewTest, TheWindowShrinksBackAndEscapeClosesOnlyTheOpenList)
+{
+    auto owned = std::make_unique<ScriptedLocations>();
+    ScriptedLocations &scripted = *owned;
+    SettingsView window(*model, std::move(owned), allowed);
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    window.show();
+    settle();
+    const int height = window.height();
+
+    QLineEdit *query = nullptr;
+    for (QLineEdit *field : window.findChildren<QLineEdit *>())
+        if (field->accessibleName() == "Konum ara")
+            query = field;
+    ASSERT_NE(query, nullptr);
+    query->setText("Üsk");
+    scripted.found = {{uskudar, berlin, Location::istanbul()}, false};
+    QTest::keyClick(query, Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.height() > height; }, waitMs));
+    QList<QAbstractButton *> results;
+    for (QAbstractButton *button : window.findChildren<QAbstractButton *>())
+        if (button->accessibleName() == "İstanbul, Üsküdar")
+            results << button;
+    ASSERT_EQ(results.size(), 1);
+    results.first()->click();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.height() == height; }, waitMs)) << window.height() << " " << height;
+
+    QComboBox *method = nullptr;
+    for (QComboBox *combo : window.findChildren<QComboBox *>())
+        if (combo->accessibleName() == "Hesaplama yöntemi")
+            method = combo;
+    ASSERT_NE(method, nullptr);
+    method->showPopup();
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }, waitMs));
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    settle();
+    EXPECT_TRUE(window.isVisible()) << "Escape in the list closes the list alone";
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
 }
