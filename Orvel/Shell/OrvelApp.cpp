@@ -35,8 +35,10 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
                             return settings;
                         });
 
-    panel_->setContent(new PopoverView(
-        *model_, [this] { openImsakiye(); }, [this] { openSettings(); }, [] { QCoreApplication::quit(); }));
+    panel_->setContentFactory([this] {
+        return new PopoverView(*model_, [this] { openImsakiye(); }, [this] { openSettings(); },
+                               [] { QCoreApplication::quit(); });
+    });
 
     menu_->addAction(QStringLiteral("İmsakiye"), this, &OrvelApp::openImsakiye);
     menu_->addAction(QStringLiteral("Ayarlar…"), this, &OrvelApp::openSettings);

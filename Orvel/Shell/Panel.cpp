@@ -48,6 +48,18 @@ void Panel::setContent(QWidget *content)
         layout()->addWidget(content_);
 }
 
+void Panel::setContentFactory(std::function<QWidget *()> make)
+{
+    setContent(nullptr);
+    makeContent_ = std::move(make);
+}
+
+void Panel::ensureContent()
+{
+    if (!content_ && makeContent_)
+        setContent(makeContent_());
+}
+
 void Panel::setMode(Mode mode)
 {
     if (mode_ == mode)
@@ -81,6 +93,7 @@ void Panel::toggle(const QRect &anchor)
 
 void Panel::showAt(const QRect &anchor)
 {
+    ensureContent();
     adjustSize();
     if (mode_ == Mode::popup || !placedOnce_) {
         const QRect available = availableGeometry(anchor);

@@ -3,6 +3,8 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
+#include <functional>
+
 namespace orvel {
 
 // The panel that opens from the status item: a frameless window under the item that closes when
@@ -18,6 +20,9 @@ public:
 
     // Takes ownership; replaces any previous content.
     void setContent(QWidget *content);
+    // The content is made by `make` when the panel first opens, so that starting costs nothing
+    // for a panel that may never be opened.
+    void setContentFactory(std::function<QWidget *()> make);
     QWidget *content() const { return content_; }
 
     Mode mode() const { return mode_; }
@@ -42,7 +47,10 @@ private:
     void applyMode();
     void dismiss();
 
+    void ensureContent();
+
     QWidget *content_ = nullptr;
+    std::function<QWidget *()> makeContent_;
     Mode mode_ = Mode::popup;
     bool placedOnce_ = false;
     bool dismissing_ = false;
