@@ -1,5 +1,7 @@
 #include "SystemLocationService.h"
 
+#include "AppId.h"
+
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -88,7 +90,7 @@ SystemLocationService::Positioning SystemLocationService::geoclue()
     positioning.openSource = [](QObject *parent) {
         // geoclue asks the desktop's agent on behalf of the application its desktop file names.
         QGeoPositionInfoSource *source = QGeoPositionInfoSource::createSource(
-            QStringLiteral("geoclue2"), {{QStringLiteral("desktopId"), QStringLiteral("orvel")}}, parent);
+            QStringLiteral("geoclue2"), {{QStringLiteral("desktopId"), QString::fromLatin1(AppId::id)}}, parent);
         if (source)
             source->setPreferredPositioningMethods(QGeoPositionInfoSource::NonSatellitePositioningMethods);
         return source;

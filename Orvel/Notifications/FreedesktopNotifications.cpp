@@ -1,7 +1,7 @@
 #include "FreedesktopNotifications.h"
 
-#include <algorithm>
-
+#include "AppIcon.h"
+#include "AppId.h"
 #include "NotificationScheduler.h"
 
 #include <QDBusConnectionInterface>
@@ -13,6 +13,7 @@
 #include <QStandardPaths>
 #include <QVariantMap>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -32,10 +33,13 @@ QVariantMap hints(const NotificationRequest &request)
 {
     QVariantMap hints{
         {QStringLiteral("category"), QStringLiteral("x-orvel.prayer")},
-        {QStringLiteral("desktop-entry"), QStringLiteral("orvel")},
+        {QStringLiteral("desktop-entry"), QString::fromLatin1(AppId::id)},
         // A byte on the wire: servers ignore an urgency of any other type.
         {QStringLiteral("urgency"), QVariant::fromValue(uchar(1))},
     };
+    // Servers that show an image beside the text show Orvel's, so the notice is known at a glance.
+    if (const QString icon = AppIcon::fileUrl(); !icon.isEmpty())
+        hints.insert(QStringLiteral("image-path"), icon);
     if (request.defaultSound)
         hints.insert(QStringLiteral("sound-name"), QString(soundName));
     else
@@ -168,7 +172,7 @@ void FreedesktopNotifications::send(const NotificationRequest &request)
     const bool serverIgnoresSound = capabilities_ && !capabilities_->contains(QStringLiteral("sound"));
 
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, service, QStringLiteral("Notify"));
-    message << QStringLiteral("Orvel") << uint(0) << QString() << request.title
+    message << QStringLiteral("Orvel") << uint(0) << AppIcon::nameOrPath() << request.title
             << (markup ? escapedForMarkup(request.body) : request.body) << QStringList() << hints(request)
             << int(-1);
     auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), this);

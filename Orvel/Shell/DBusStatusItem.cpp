@@ -1,5 +1,6 @@
 #include "DBusStatusItem.h"
 
+#include "AppIcon.h"
 #include "AppModel.h"
 #include "DBusMenu.h"
 #include "StatusNotifierItem.h"
@@ -15,7 +16,6 @@
 #include <QFileSystemWatcher>
 #include <QMenu>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 #include <array>
 
@@ -47,7 +47,7 @@ QString labelGuide(MenuBarStyle style)
 // and as the hicolor theme's scalable application icons. Empty when the folder cannot be written.
 QString writeSymbolicIcons()
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + QStringLiteral("/orvel/icons");
+    const QString folder = AppIcon::runtimeFolder();
     const QString themed = folder + QStringLiteral("/hicolor/scalable/apps");
     if (!QDir().mkpath(themed))
         return {};

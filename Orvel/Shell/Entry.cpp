@@ -1,8 +1,10 @@
 #include "Entry.h"
 
+#include "AppId.h"
 #include "AppModel.h"
 #include "Defaults.h"
 #include "Gazetteer.h"
+#include "LoginItem.h"
 #include "OrvelApp.h"
 #include "QtTurkish.h"
 #include "QuitSignals.h"
@@ -56,7 +58,7 @@ void describeApplication()
     QCoreApplication::setOrganizationName(QStringLiteral("Orvel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVEL_VERSION));
     // The desktop (and geoclue, asking for the position) knows Orvel by its desktop file.
-    QGuiApplication::setDesktopFileName(QStringLiteral("orvel"));
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(AppId::id));
 }
 
 int runApplication(int argc, char **argv)
@@ -72,6 +74,7 @@ int runApplication(int argc, char **argv)
     if (instance.claim() == SingleInstance::Claim::alreadyRunning)
         return 0;
 
+    LoginItem::migrate();
     OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
     // orvel-cli and other copies write the same store; the running application follows them.
     const SettingsWatcher settingsWatcher(Defaults::store().fileName());

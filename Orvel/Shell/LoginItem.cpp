@@ -1,5 +1,7 @@
 #include "LoginItem.h"
 
+#include "AppId.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -57,6 +59,20 @@ QString runningExecutable()
     return QFileInfo(QCoreApplication::applicationFilePath()).absoluteFilePath();
 }
 
+// A desktop that switched an entry off keeps the file and marks it.
+bool entryEnabled(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return false;
+    for (const QByteArray &raw : file.readAll().split('\n')) {
+        const QByteArray line = raw.trimmed();
+        if (line == "Hidden=true" || line == "X-GNOME-Autostart-enabled=false")
+            return false;
+    }
+    return true;
+}
+
 std::optional<QString> enable()
 {
     const QString path = autostartPath();
@@ -69,22 +85,40 @@ std::optional<QString> enable()
     file.write(desktopEntry(runningExecutable()).toUtf8());
     if (!file.commit())
         return QStringLiteral("Otomatik başlatma dosyası yazılamadı: %1").arg(file.errorString());
+    QFile::remove(formerAutostartPath());
     return std::nullopt;
 }
 
 std::optional<QString> disable()
 {
-    QFile file(autostartPath());
-    if (!file.exists() || file.remove())
-        return std::nullopt;
-    return QStringLiteral("Otomatik başlatma dosyası silinemedi: %1").arg(file.errorString());
+    for (const QString &path : {autostartPath(), formerAutostartPath()}) {
+        QFile file(path);
+        if (file.exists() && !file.remove())
+            return QStringLiteral("Otomatik başlatma dosyası silinemedi: %1").arg(file.errorString());
+    }
+    return std::nullopt;
 }
 
 } // namespace
 
 QString autostartPath()
 {
+    return configHome() + QStringLiteral("/autostart/") + QString::fromLatin1(AppId::id) + QStringLiteral(".desktop");
+}
+
+QString formerAutostartPath()
+{
     return configHome() + QStringLiteral("/autostart/orvel.desktop");
+}
+
+void migrate()
+{
+    if (!supported() || !QFile::exists(formerAutostartPath()) || QFile::exists(autostartPath()))
+        return;
+    if (entryEnabled(formerAutostartPath()))
+        enable();
+    else
+        QFile::remove(formerAutostartPath());
 }
 
 QString desktopEntry(const QString &executable)
@@ -94,10 +128,10 @@ QString desktopEntry(const QString &executable)
                           "Name=Orvel\n"
                           "Comment=Namaz vakitlerini panelde gösterir\n"
                           "Exec=%1\n"
-                          "Icon=orvel\n"
+                          "Icon=%2\n"
                           "Terminal=false\n"
                           "X-GNOME-Autostart-enabled=true\n")
-        .arg(quotedArgument(executable));
+        .arg(quotedArgument(executable), QString::fromLatin1(AppId::id));
 }
 
 std::optional<QString> set(bool enabled)
@@ -111,19 +145,9 @@ bool isEnabled()
 {
     if (!supported())
         return false;
-    const QString path = autostartPath();
-    if (!QFileInfo::exists(path))
-        return false;
-    // A desktop that switched the entry off keeps the file and marks it.
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return false;
-    for (const QByteArray &raw : file.readAll().split('\n')) {
-        const QByteArray line = raw.trimmed();
-        if (line == "Hidden=true" || line == "X-GNOME-Autostart-enabled=false")
-            return false;
-    }
-    return true;
+    if (QFileInfo::exists(autostartPath()))
+        return entryEnabled(autostartPath());
+    return entryEnabled(formerAutostartPath());
 }
 
 } // namespace orvel::LoginItem

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "AppId.h"
+
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QImage>
@@ -66,7 +68,7 @@ public:
     static void registerTypes();
 
     QString category() const { return QStringLiteral("ApplicationStatus"); }
-    QString id() const { return QStringLiteral("orvel"); }
+    QString id() const { return QString::fromLatin1(AppId::id); }
     QString title() const { return QStringLiteral("Orvel"); }
     QString status() const { return QStringLiteral("Active"); }
     int windowId() const { return 0; }

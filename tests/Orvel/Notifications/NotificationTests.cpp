@@ -11,6 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QUrl>
+
+#include <QFile>
+
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toStdString() << '"';
@@ -178,7 +182,7 @@ class RecordingServer : public QObject {
 
 public:
     struct Received {
-        QString appName, summary, body;
+        QString appName, appIcon, summary, body;
         QVariantMap hints;
         int expireTimeout = 0;
     };
@@ -199,10 +203,10 @@ public slots:
         ++capabilityQuestions;
         return capabilities;
     }
-    uint Notify(const QString &appName, uint, const QString &, const QString &summary, const QString &body,
+    uint Notify(const QString &appName, uint, const QString &appIcon, const QString &summary, const QString &body,
                 const QStringList &, const QVariantMap &hints, int expireTimeout)
     {
-        received.push_back({appName, summary, body, hints, expireTimeout});
+        received.push_back({appName, appIcon, summary, body, hints, expireTimeout});
         return static_cast<uint>(received.size());
     }
 };
@@ -261,7 +265,11 @@ TEST_F(Delivery, ArrivesAtItsMomentWithEscapedBodyAndSoundHints)
     EXPECT_EQ(shown.expireTimeout, -1);
     EXPECT_EQ(shown.hints.value("sound-name").toString(), "message-new-instant");
     EXPECT_FALSE(shown.hints.contains("suppress-sound"));
-    EXPECT_EQ(shown.hints.value("desktop-entry").toString(), "orvel");
+    EXPECT_EQ(shown.hints.value("desktop-entry").toString(), "io.github.orvel.Orvel");
+    // Orvel's icon, by name once installed, else as the file it writes for the session.
+    EXPECT_TRUE(shown.appIcon == "io.github.orvel.Orvel" || QFile::exists(shown.appIcon)) << shown.appIcon.toStdString();
+    const QUrl image(shown.hints.value("image-path").toString());
+    EXPECT_TRUE(image.isLocalFile() && QFile::exists(image.toLocalFile())) << image.toString().toStdString();
     EXPECT_EQ(shown.hints.value("urgency"), QVariant::fromValue(uchar(1)));
     ASSERT_EQ(fired.count(), 1);
     EXPECT_EQ(fired.front().front().toString(), "2026-05-12-ogle");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QIcon>
 #include <QImage>
@@ -25,7 +26,7 @@ struct ConfigHome {
 TEST(LoginItem, WritesAndRemovesTheAutostartEntry)
 {
     const ConfigHome home;
-    QFile file(home.dir.filePath("autostart/orvel.desktop"));
+    QFile file(home.dir.filePath("autostart/io.github.orvel.Orvel.desktop"));
     ASSERT_EQ(LoginItem::autostartPath(), file.fileName());
     EXPECT_FALSE(LoginItem::isEnabled());
     EXPECT_EQ(LoginItem::set(true), std::nullopt);
@@ -34,7 +35,7 @@ TEST(LoginItem, WritesAndRemovesTheAutostartEntry)
     const QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
     file.close();
     EXPECT_EQ(lines.first(), "[Desktop Entry]");
-    for (const QString &line : {QString("Type=Application"), QString("X-GNOME-Autostart-enabled=true"), QString("Icon=orvel"),
+    for (const QString &line : {QString("Type=Application"), QString("X-GNOME-Autostart-enabled=true"), QString("Icon=io.github.orvel.Orvel"),
                                 "Exec=\"" + QCoreApplication::applicationFilePath() + "\""})
         EXPECT_TRUE(lines.contains(line)) << line.toStdString();
 
@@ -51,6 +52,32 @@ TEST(LoginItem, WritesAndRemovesTheAutostartEntry)
     file.write("Hidden=true\n");
     file.close();
     EXPECT_FALSE(LoginItem::isEnabled());
+}
+
+// An entry written by an earlier version keeps its meaning: on stays on under the new name, and
+// one the desktop switched off is simply dropped.
+TEST(LoginItem, AFormerEntryIsCarriedOver)
+{
+    const ConfigHome home;
+    const auto writeFormer = [&](const QByteArray &extra) {
+        QDir().mkpath(home.dir.filePath("autostart"));
+        QFile former(LoginItem::formerAutostartPath());
+        ASSERT_TRUE(former.open(QIODevice::WriteOnly));
+        former.write("[Desktop Entry]\nType=Application\nExec=orvel\n" + extra);
+    };
+    writeFormer("");
+    EXPECT_TRUE(LoginItem::isEnabled());
+    LoginItem::migrate();
+    EXPECT_TRUE(QFile::exists(LoginItem::autostartPath()));
+    EXPECT_FALSE(QFile::exists(LoginItem::formerAutostartPath()));
+    EXPECT_TRUE(LoginItem::isEnabled());
+
+    ASSERT_EQ(LoginItem::set(false), std::nullopt);
+    writeFormer("Hidden=true\n");
+    EXPECT_FALSE(LoginItem::isEnabled());
+    LoginItem::migrate();
+    EXPECT_FALSE(QFile::exists(LoginItem::autostartPath()));
+    EXPECT_FALSE(QFile::exists(LoginItem::formerAutostartPath()));
 }
 
 TEST(LoginItem, EntryQuotingAndUnwritableFolder)

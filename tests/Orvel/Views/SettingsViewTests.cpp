@@ -256,7 +256,7 @@ TEST_F(SettingsViewTest, AFailedAutostartWriteIsExplainedAndTheSwitchStaysOff)
     view.loginSwitch()->click();
     EXPECT_TRUE(view.loginSwitch()->isChecked());
     EXPECT_EQ(view.loginError(), std::nullopt);
-    EXPECT_TRUE(QFile::exists(folder.filePath("config/autostart/orvel.desktop")));
+    EXPECT_TRUE(QFile::exists(folder.filePath("config/autostart/io.github.orvel.Orvel.desktop")));
     view.loginSwitch()->click();
     EXPECT_FALSE(view.loginSwitch()->isChecked());
 
