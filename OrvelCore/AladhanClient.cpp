@@ -5,6 +5,7 @@
 #include "DecimalText.h"
 #include "HttpGet.h"
 #include "JsonValues.h"
+#include "MonthCheck.h"
 #include "TimeZone.h"
 
 #include <algorithm>
@@ -165,7 +166,8 @@ std::optional<int64_t> clockMinutes(std::string_view timing)
         return std::nullopt;
     const auto hours = decimalInteger(pieces[0]);
     const auto minutes = decimalInteger(pieces[1]);
-    if (!hours || !minutes)
+    // A clock reads 00:00 to 23:59; "25:99" or "24:00" is no time of the day.
+    if (!hours || !minutes || *hours < 0 || *hours > 23 || *minutes < 0 || *minutes > 59)
         return std::nullopt;
     return *hours * 60 + *minutes;
 }
@@ -200,8 +202,12 @@ DayTimes readDay(const WireEntry &entry, const TimeZone &zone)
 
     const auto hijriDay = entry.hijri.day;
     const auto hijriYear = entry.hijri.year;
-    if (hijriDay && hijriYear)
-        result.hijri = HijriDate{*hijriDay, entry.hijri.month, *hijriYear};
+    if (hijriDay && hijriYear) {
+        const HijriDate hijri{*hijriDay, entry.hijri.month, *hijriYear};
+        if (!hijri.isValid())
+            throw AladhanClient::ClientError::badPayload();
+        result.hijri = hijri;
+    }
     return result;
 }
 
@@ -252,7 +258,12 @@ std::vector<DayTimes> AladhanClient::month(MonthKey month, const Location &locat
     } catch (const Http::StatusError &error) {
         throw ClientError::badStatus(error.status());
     }
-    return parse(body, location.timeZone());
+    const TimeZone zone = location.timeZone();
+    std::vector<DayTimes> days = parse(body, zone);
+    // Another month, a day missing or times out of order: not the answer asked for.
+    if (!MonthCheck::isWhole(days, month, location, method, zone))
+        throw ClientError::badPayload();
+    return days;
 }
 
 std::vector<DayTimes> AladhanClient::parse(std::string_view body, const TimeZone &zone)

@@ -47,8 +47,9 @@ public:
 
     // The full request URL of a month.
     std::string requestURL(MonthKey month, const Location &location, CalculationMethod method) const;
-    // Fetches and parses one month. Throws ClientError, TransportError, or the JSON decoder's
-    // nlohmann::json::exception for a body that is not the expected JSON.
+    // Fetches and parses one month, which must be the whole month asked for (MonthCheck). Throws
+    // ClientError, TransportError, or the JSON decoder's nlohmann::json::exception for a body
+    // that is not the expected JSON.
     std::vector<DayTimes> month(MonthKey month, const Location &location, CalculationMethod method) const;
 
     static std::vector<DayTimes> parse(std::string_view body, const TimeZone &zone);

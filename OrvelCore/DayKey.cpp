@@ -43,11 +43,18 @@ void to_json(nlohmann::json &json, const DayKey &day)
     json = {{"year", day.year}, {"month", day.month}, {"day", day.day}};
 }
 
+bool DayKey::isValid() const
+{
+    return year >= 1 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= Calendars::daysInMonth(year, month);
+}
+
 void from_json(const nlohmann::json &json, DayKey &day)
 {
     day.year = JsonValues::integer(json, "year");
     day.month = JsonValues::integer(json, "month");
     day.day = JsonValues::integer(json, "day");
+    if (!day.isValid())
+        throw nlohmann::json::other_error::create(501, "no such date", &json);
 }
 
 } // namespace orvel

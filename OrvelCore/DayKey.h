@@ -19,6 +19,9 @@ struct DayKey {
     int64_t month = 1;
     int64_t day = 1;
 
+    // A real date of the years 1–9999, which calendar arithmetic can take.
+    bool isValid() const;
+
     // The Gregorian day on which the instant falls in the zone.
     static DayKey from(Instant instant, const TimeZone &zone);
 

@@ -1,6 +1,10 @@
 #include "DayTimes.h"
 
+#include "Calendars.h"
+
 #include <nlohmann/json.hpp>
+
+#include <cmath>
 
 namespace orvel {
 
@@ -32,8 +36,18 @@ void from_json(const nlohmann::json &json, DayTimes &day)
     const auto &times = json.at("times");
     if (!times.is_array() || times.size() != day.times.size())
         throw nlohmann::json::other_error::create(501, "a day needs exactly six times", &json);
-    for (size_t i = 0; i < day.times.size(); ++i)
-        day.times[i] = Instant{times[i].get<double>()};
+    // Within a day and a half of the date: anything else is damage, and is refused before any
+    // arithmetic could overflow on it.
+    constexpr double daySeconds = 86400;
+    constexpr double reach = 1.5 * daySeconds;
+    const double start = static_cast<double>(Calendars::daysFromCivil(day.day.year, day.day.month, day.day.day)) * daySeconds
+        - Instant::unixEpochOffset;
+    for (size_t i = 0; i < day.times.size(); ++i) {
+        const double seconds = times[i].get<double>();
+        if (!std::isfinite(seconds) || seconds < start - reach || seconds > start + reach)
+            throw nlohmann::json::other_error::create(501, "a time far from its day", &json);
+        day.times[i] = Instant{seconds};
+    }
     const auto hijri = json.find("hijri");
     if (hijri == json.end() || hijri->is_null())
         day.hijri.reset();

@@ -24,6 +24,8 @@ struct HijriDate {
     // whatever the place's zone.
     static HijriDate approximate(const DayKey &day);
 
+    // Day 1–30, month 1–12, year 1–9999: a date the calendars can work with.
+    bool isValid() const;
     std::string_view monthName() const;
     std::string formatted() const; // "9 Ramazan 1446"
 

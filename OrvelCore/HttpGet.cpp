@@ -1,6 +1,7 @@
 #include "HttpGet.h"
 
 #include <algorithm>
+#include <cctype>
 #include <array>
 #include <memory>
 
@@ -91,8 +92,13 @@ std::string get(const std::string &url, std::chrono::milliseconds timeout)
     curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error.data());
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    // A plain http:// address the user gave stays allowed, but an https:// one never redirects to
+    // plain text.
+    std::string scheme = url.substr(0, std::min<size_t>(url.size(), 8));
+    std::transform(scheme.begin(), scheme.end(), scheme.begin(), [](unsigned char c) { return std::tolower(c); });
+    const bool secure = scheme == "https://";
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http,https");
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(curl, CURLOPT_MAXREDIRS, 10L);
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);

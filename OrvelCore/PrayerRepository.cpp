@@ -1,23 +1,19 @@
 #include "PrayerRepository.h"
 
+#include "MonthCheck.h"
 #include "PrayerCalculator.h"
+#include "SafeFile.h"
 #include "TimeZone.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <set>
 #include <system_error>
-#include <thread>
 #include <unordered_set>
 
 #include <nlohmann/json.hpp>
 
-#if defined(_WIN32)
-#include <process.h>
-#else
+#if !defined(_WIN32)
 #include <pwd.h>
 #include <unistd.h>
 #endif
@@ -44,56 +40,6 @@ fs::path homeDirectory()
     return fs::current_path();
 }
 #endif
-
-std::optional<std::string> readFile(const fs::path &path)
-{
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(path, error);
-    if (error || size > maximumFileSize)
-        return std::nullopt;
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        return std::nullopt;
-    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (file.bad())
-        return std::nullopt;
-    return text;
-}
-
-// Unique among writers at the same moment: other processes differ by id, threads of this one by
-// their thread id.
-std::string temporarySuffix()
-{
-#if defined(_WIN32)
-    const auto process = _getpid();
-#else
-    const auto process = getpid();
-#endif
-    return ".tmp-" + std::to_string(process) + "-" + std::to_string(std::hash<std::thread::id>()(std::this_thread::get_id()));
-}
-
-// Readers see either the old file or the whole new one, never a half-written one.
-void writeAtomically(const fs::path &target, const std::string &text)
-{
-    fs::path temporary = target;
-    temporary += temporarySuffix();
-    std::error_code error;
-    {
-        std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-        if (!file)
-            return;
-        file.write(text.data(), static_cast<std::streamsize>(text.size()));
-        file.flush();
-        if (!file) {
-            file.close();
-            fs::remove(temporary, error);
-            return;
-        }
-    }
-    fs::rename(temporary, target, error);
-    if (error)
-        fs::remove(temporary, error);
-}
 
 } // namespace
 
@@ -177,10 +123,14 @@ PrayerRepository::Answer PrayerRepository::days(const std::vector<DayKey> &keys,
     const std::unordered_set<DayKey> requested(keys.begin(), keys.end());
 
     std::unordered_map<DayKey, DayTimes> table;
+    // One failed request is enough waiting for one answer: the rest is computed at once.
+    bool serviceFailed = false;
     for (const MonthKey &month : months) {
         auto list = cached(month, location, method);
-        if (!list)
+        if (!list && !serviceFailed) {
             list = fetchOnline(month, location, method);
+            serviceFailed = !list;
+        }
         if (list) {
             for (DayTimes &day : *list)
                 table.insert_or_assign(day.day, std::move(day));
@@ -228,7 +178,7 @@ std::optional<std::vector<DayTimes>> PrayerRepository::cached(MonthKey month, co
     if (cacheDirectory_.empty())
         return std::nullopt;
 
-    const auto text = readFile(cacheDirectory_ / name);
+    const auto text = SafeFile::read(cacheDirectory_ / name, maximumFileSize);
     if (!text)
         return std::nullopt;
     std::vector<DayTimes> days;
@@ -237,7 +187,8 @@ std::optional<std::vector<DayTimes>> PrayerRepository::cached(MonthKey month, co
     } catch (const std::exception &) {
         return std::nullopt;
     }
-    if (days.size() != static_cast<size_t>(month.dayCount()))
+    // A file that is not the whole month is never trusted; the next answer replaces it.
+    if (!MonthCheck::isWhole(days, month, location, method, location.timeZone()))
         return std::nullopt;
     memory_.insert_or_assign(name, days);
     return days;
@@ -254,7 +205,9 @@ std::optional<std::vector<DayTimes>> PrayerRepository::fetchOnline(MonthKey mont
     } catch (...) {
         return std::nullopt;
     }
-    if (days.empty())
+    // The wrong days, a day missing or impossible times are a bad answer: computed instead,
+    // kept nowhere, and asked for again next time.
+    if (!MonthCheck::isWhole(days, month, location, method, location.timeZone()))
         return std::nullopt;
     store(cacheFileName(month, location, method), days);
     return days;
@@ -271,7 +224,8 @@ void PrayerRepository::store(const std::string &name, const std::vector<DayTimes
         fs::create_directories(cacheDirectory_, error);
         if (error)
             return;
-        writeAtomically(cacheDirectory_ / name, nlohmann::json(days).dump());
+        // A lost month is fetched again, so it is not worth a flush to the disk.
+        SafeFile::write(cacheDirectory_ / name, nlohmann::json(days).dump());
     } catch (const std::exception &) {
         // The month stays in memory; the next run fetches it again.
     }

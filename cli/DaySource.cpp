@@ -2,8 +2,8 @@
 
 #include "AladhanClient.h"
 #include "PrayerRepository.h"
+#include "SafeFile.h"
 
-#include <fstream>
 #include <memory>
 
 #include <nlohmann/json.hpp>
@@ -40,11 +40,12 @@ fs::path failureFile(const fs::path &cacheDirectory, MonthKey month, const Locat
 // The last failure's service and moment, as {"service": …, "at": unix seconds}.
 bool failedLately(const fs::path &file, const std::string &serviceURL, Instant now)
 {
-    std::ifstream stream(file);
-    if (!stream)
+    constexpr std::uintmax_t largest = 4096;
+    const std::optional<std::string> text = SafeFile::read(file, largest);
+    if (!text)
         return false;
     try {
-        const nlohmann::json failure = nlohmann::json::parse(stream);
+        const nlohmann::json failure = nlohmann::json::parse(*text);
         const double at = failure.at("at").get<double>();
         const double age = now.unixSeconds() - at;
         return failure.at("service").get<std::string>() == serviceURL && age >= 0 && age < failureQuietSeconds;
@@ -57,7 +58,7 @@ void rememberFailure(const fs::path &file, const std::string &serviceURL, Instan
 {
     std::error_code error;
     fs::create_directories(file.parent_path(), error);
-    std::ofstream(file) << nlohmann::json{{"service", serviceURL}, {"at", now.unixSeconds()}}.dump();
+    SafeFile::write(file, nlohmann::json{{"service", serviceURL}, {"at", now.unixSeconds()}}.dump());
 }
 
 } // namespace

@@ -12,7 +12,9 @@ namespace orvel::cli::PlacesCommand {
 namespace {
 
 // A search waits no longer than a status bar would.
-constexpr auto searchTimeout = std::chrono::seconds(10);
+// After this the device's own list answers: a status bar or a script must not hang on a dead
+// geocoder.
+constexpr auto searchTimeout = std::chrono::seconds(2);
 constexpr int64_t maxChoice = 100;
 
 OptionTable optionTable(Request &request)

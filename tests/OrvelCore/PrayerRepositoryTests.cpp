@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <cstdint>
 #include <cstdlib>
 #include <future>
 #include <map>
@@ -26,7 +27,7 @@ const Location place = Location::istanbul();
 // The service's İmsak in Istanbul (+03) is always 04:44, far from the calculator's.
 Instant serviceImsak(const DayKey &day) { return day.start(place.timeZone()) + (4 * 60 + 44) * 60; }
 
-std::string monthBody(MonthKey month, int dayCount)
+json monthDays(MonthKey month, int dayCount)
 {
     json days = json::array();
     for (int day = 1; day <= dayCount; ++day) {
@@ -34,9 +35,9 @@ std::string monthBody(MonthKey month, int dayCount)
         days.push_back({{"timings", {{"Fajr", "04:44 (+03)"}, {"Sunrise", "06:06 (+03)"}, {"Dhuhr", "12:12 (+03)"},
                                      {"Asr", "15:15 (+03)"}, {"Maghrib", "18:18 (+03)"}, {"Isha", "20:20 (+03)"}}},
                         {"date", {{"gregorian", {{"day", text}, {"month", {{"number", month.month}}}, {"year", std::to_string(month.year)}}},
-                                  {"hijri", {{"day", text}, {"month", {{"number", 5}}}, {"year", "1448"}}}}}});
+                                  {"hijri", {{"day", std::to_string((day - 1) % 30 + 1)}, {"month", {{"number", 5}}}, {"year", "1448"}}}}}});
     }
-    return json{{"code", 200}, {"data", days}}.dump();
+    return days;
 }
 
 size_t daysInFile(const fs::path &path) { return json::parse(std::ifstream(path)).size(); }
@@ -78,8 +79,12 @@ protected:
             const auto count = dayCounts.find(month.description());
             if (count != dayCounts.end() && count->second < 0)
                 response.status = 500;
-            else // uncompressed: the test server's compression costs a tenth of a second per answer
-                response.set_content(monthBody(month, count != dayCounts.end() ? count->second : month.dayCount()), "application/octet-stream");
+            else { // uncompressed: the test server's compression costs a tenth of a second per answer
+                json days = monthDays(month, count != dayCounts.end() ? count->second : month.dayCount());
+                if (const auto spoil = spoilers.find(month.description()); spoil != spoilers.end())
+                    spoil->second(days);
+                response.set_content(json{{"code", 200}, {"data", days}}.dump(), "application/octet-stream");
+            }
         });
     }
 
@@ -122,6 +127,7 @@ protected:
     std::condition_variable released;
     std::optional<MonthKey> held;
     std::map<std::string, int> dayCounts;
+    std::map<std::string, std::function<void(json &)>> spoilers;
 };
 
 TEST_F(PrayerRepositoryTest, monthsAreFetchedOnceAndKept)
@@ -171,6 +177,11 @@ TEST_F(PrayerRepositoryTest, cacheFilesThatDoNotFitAreFetchedAgain)
         [](json) { return std::string("{\"truncated"); },
         [](json days) { days[0]["day"]["day"] = 1.7; return days.dump(); },       // not a whole day
         [](json days) { days[2]["hijri"]["year"] = 1446.5; return days.dump(); }, // nor a whole year
+        [](json days) { days[4]["times"][2] = 1e308; return days.dump(); },        // no moment of that day
+        [](json days) { days[1]["day"]["year"] = INT64_MAX; return days.dump(); }, // no date at all
+        [](json days) { days[7]["hijri"]["month"] = INT64_MIN; return days.dump(); },
+        [](json days) { std::swap(days[1], days[2]); return days.dump(); },        // out of order
+        [](json days) { days[9]["day"]["month"] = 10; return days.dump(); },       // another month's day
     };
     size_t expectedHits = 1;
     for (const auto &spoil : spoilers) {
@@ -204,15 +215,30 @@ TEST_F(PrayerRepositoryTest, failuresOfTheServiceAreCalculated)
     EXPECT_EQ(empty.days, std::vector<DayTimes>{PrayerCalculator::times({2027, 1, 5}, place, serviceMethod)});
     EXPECT_EQ(filesIn(folder), std::set<std::string>{november});
 
-    // A month the service gives only in part is kept; the missing days are calculated and the
-    // answer stays online.
-    answerDays({2027, 2}, 10);
-    const auto partial = repo->days({{2027, 2, 5}, {2027, 2, 20}}, place, serviceMethod);
-    EXPECT_EQ(partial.source, TimesSource::online);
-    EXPECT_EQ(partial.days[0][Prayer::imsak], serviceImsak({2027, 2, 5}));
-    EXPECT_EQ(partial.days[1], PrayerCalculator::times({2027, 2, 20}, place, serviceMethod));
-    repo->days({{2027, 2, 6}}, place, serviceMethod);
-    EXPECT_EQ(hits({2027, 2}), 1u);
+    // A month given only in part, or with days that are not the month's or not possible, is a
+    // bad answer like any failure: calculated, kept nowhere, asked for again.
+    const std::pair<const char *, std::function<void(json &)>> faults[] = {
+        {"20 of 28 days", [](json &days) { days.erase(days.begin() + 20, days.end()); }},
+        {"another year", [](json &days) { for (json &day : days) day["date"]["gregorian"]["year"] = "2018"; }},
+        {"day 1 again and again", [](json &days) { for (json &day : days) day["date"]["gregorian"]["day"] = "1"; }},
+        {"25:99", [](json &days) { days[3]["timings"]["Asr"] = "25:99 (+03)"; }},
+        {"24:00", [](json &days) { days[3]["timings"]["Asr"] = "24:00 (+03)"; }},
+        {"Isha before Fajr", [](json &days) { days[4]["timings"]["Isha"] = "03:10 (+03)"; }},
+        {"a Hijri month of its own", [](json &days) { days[5]["date"]["hijri"]["month"]["number"] = -9223372036854775807LL - 1; }},
+    };
+    size_t asked = 0;
+    for (const auto &[fault, spoil] : faults) {
+        SCOPED_TRACE(fault);
+        spoilers["2027-02"] = spoil;
+        const auto bad = repo->days({{2027, 2, 5}, {2027, 2, 20}}, place, serviceMethod);
+        EXPECT_EQ(bad.source, TimesSource::offline);
+        EXPECT_EQ(bad.days[0], PrayerCalculator::times({2027, 2, 5}, place, serviceMethod));
+        EXPECT_EQ(hits({2027, 2}), ++asked);
+        EXPECT_FALSE(fs::exists(folder / PrayerRepository::cacheFileName({2027, 2}, place, serviceMethod)));
+    }
+    // The right answer is taken at the next request.
+    spoilers.erase("2027-02");
+    EXPECT_EQ(repo->days({{2027, 2, 5}}, place, serviceMethod).source, TimesSource::online);
 
     // No service at all: what was cached stays online data, the rest is calculated.
     service.stop();

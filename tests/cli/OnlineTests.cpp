@@ -1,5 +1,6 @@
 #include "CliRun.h"
 #include "LoopbackService.h"
+#include "PrayerRepository.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -7,6 +8,8 @@
 #include <algorithm>
 #include <atomic>
 #include <fstream>
+#include <functional>
+#include <mutex>
 
 using namespace orvel;
 using nlohmann::json;
@@ -174,4 +177,88 @@ TEST_F(CliOnline, libcurlLoadsOnlyWhenAMonthIsFetched)
     const std::string loaded = runShell("LD_TRACE_LOADED_OBJECTS=1 " + quoted(ORVEL_CLI_PATH)).out;
     EXPECT_NE(loaded.find("libicuuc"), std::string::npos) << loaded;
     EXPECT_EQ(loaded.find("libcurl"), std::string::npos) << loaded;
+}
+
+// The real April answer with one fault at a time is a bad answer: never shown as online, never
+// cached, and the right answer is taken at the next request.
+TEST_F(CliOnline, aWrongMonthIsNeitherShownNorKept)
+{
+    const json april = json::parse(aprilBody);
+    const std::pair<const char *, std::function<void(json &)>> faults[] = {
+        {"another year", [](json &body) { for (json &day : body["data"]) day["date"]["gregorian"]["year"] = "2018"; }},
+        {"days missing", [](json &body) { body["data"].erase(body["data"].begin() + 20, body["data"].end()); }},
+        {"25:99", [](json &body) { body["data"][3]["timings"]["Asr"] = "25:99 (+03)"; }},
+        {"Isha before Fajr", [](json &body) { body["data"][9]["timings"]["Isha"] = "04:00 (+03)"; }},
+    };
+    std::string served;
+    std::mutex mutex;
+    service.respond([&](const httplib::Request &, httplib::Response &response) {
+        const std::lock_guard lock(mutex);
+        response.set_content(served, "application/json");
+    });
+    size_t asked = 0;
+    for (const auto &[fault, spoil] : faults) {
+        SCOPED_TRACE(fault);
+        json body = april;
+        spoil(body);
+        {
+            const std::lock_guard lock(mutex);
+            served = body.dump();
+        }
+        const json times = json::parse(run({"times", "--json", "--date", "2017-04-10"}, service.url()).out);
+        EXPECT_EQ(times.at("source"), "offline");
+        EXPECT_EQ(cachedFiles(), 0);
+        EXPECT_EQ(service.paths().size(), ++asked);
+        // Like any failure, it is left alone for a while; the next fault starts afresh.
+        EXPECT_EQ(json::parse(run({"times", "--json", "--date", "2017-04-10"}, service.url()).out).at("source"), "offline");
+        EXPECT_EQ(service.paths().size(), asked);
+        std::filesystem::remove_all(cache);
+    }
+    {
+        const std::lock_guard lock(mutex);
+        served = aprilBody;
+    }
+    const json times = json::parse(run({"times", "--json", "--date", "2017-04-10"}, service.url()).out);
+    EXPECT_EQ(times.at("source"), "online");
+    EXPECT_EQ(times.at("days")[0].at("clock")[0], "04:44");
+    EXPECT_EQ(cachedFiles(), 1);
+
+    // A damaged cache file is not shown either: it is replaced by the service's month.
+    const auto file = std::filesystem::directory_iterator(cache)->path();
+    json cached = json::parse(std::ifstream(file));
+    cached[9]["times"][0] = 1e308;
+    std::ofstream(file) << cached.dump();
+    EXPECT_EQ(json::parse(run({"times", "--json", "--date", "2017-04-10"}, service.url()).out).at("source"), "online");
+    EXPECT_EQ(service.paths().size(), asked + 2);
+}
+
+// A link where the failure note goes is replaced, not written through.
+TEST_F(CliOnline, AFailureNoteNeverWritesThroughALink)
+{
+    std::filesystem::create_directories(cache);
+    const std::filesystem::path victim = cache.parent_path() / ("orvel-victim-" + std::to_string(getpid()));
+    std::ofstream(victim) << "untouched";
+    const Location place{"", 41.0, 29.0, "Europe/Istanbul"};
+    const std::filesystem::path note =
+        cache / (PrayerRepository::cacheFileName({2017, 4}, place, CalculationMethod::isna) + ".failed");
+    std::filesystem::create_symlink(victim, note);
+    const CliRun times = run({"times", "--json", "--date", "2017-04-10", "--lat", "41", "--lon", "29", "--tz", "Europe/Istanbul"},
+                             service.url("/broken/"));
+    EXPECT_EQ(json::parse(times.out).at("source"), "offline");
+    EXPECT_EQ(takeFile(victim), "untouched");
+    EXPECT_FALSE(std::filesystem::is_symlink(note)) << "the note took the link's place";
+    std::filesystem::remove(victim);
+}
+
+// A service that takes the connection and never answers costs one wait, not one per month.
+TEST_F(CliOnline, ADeadServiceIsWaitedForOnce)
+{
+    const test::IdlePort silent(test::IdlePort::Connections::unanswered);
+    const CliRun year = run({"times", "--json", "--date", "2017-01-01", "--days", "400"}, silent.url());
+    EXPECT_EQ(year.status, 0);
+    EXPECT_EQ(json::parse(year.out).at("days").size(), 400u);
+    long notes = 0;
+    for (const auto &entry : std::filesystem::directory_iterator(cache))
+        notes += entry.path().extension() == ".failed" ? 1 : 0;
+    EXPECT_EQ(notes, 1) << "only the first month was asked for";
 }
