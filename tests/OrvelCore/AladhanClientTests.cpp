@@ -209,8 +209,11 @@ TEST_F(AladhanClientService, requestPathAndQuery)
     const AladhanClient client(service.url("/v1/"));
     const Location sydney{"Sydney", -33.8688, 151.2093, "Australia/Sydney"};
     const auto days = client.month({2017, 4}, sydney, CalculationMethod::diyanet);
-    client.month({2026, 11}, {"Buenos Aires", -34.60372, -58.38159, "America/Argentina/Buenos_Aires"}, CalculationMethod::ummAlQura);
-    client.month({2026, 1}, {"", 0.00004, -0.00004, "Etc/GMT+3 x&y=z"}, CalculationMethod::egypt);
+    // The service answers April whatever is asked: for another month that is no answer.
+    EXPECT_THROW(client.month({2026, 11}, {"Buenos Aires", -34.60372, -58.38159, "America/Argentina/Buenos_Aires"},
+                              CalculationMethod::ummAlQura),
+                 ClientError);
+    EXPECT_THROW(client.month({2026, 1}, {"", 0.00004, -0.00004, "Etc/GMT+3 x&y=z"}, CalculationMethod::egypt), ClientError);
 
     const auto requests = service.requests();
     ASSERT_EQ(requests.size(), 3u);
@@ -268,7 +271,8 @@ TEST_F(AladhanClientService, failuresOfTheService)
     EXPECT_THROW(fetch(200, R"({"message":"API rate limit exceeded"})"), json::out_of_range);
     // The code is checked after the shape: a code 500 with an empty day is an unreadable day.
     EXPECT_EQ(statusOf(200, R"({"code":500,"data":[{}]})"), -1);
-    EXPECT_TRUE(fetch(200, R"({"code":200,"data":[]})").empty());
+    // An empty month is not the month asked for.
+    EXPECT_EQ(statusOf(200, R"({"code":200,"data":[]})"), -1);
 }
 
 TEST(AladhanClientTransport, noAnswerIsATransportError)
