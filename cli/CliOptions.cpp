@@ -231,10 +231,16 @@ std::filesystem::path directory(std::string_view input)
 
 CalculationMethod method(std::string_view input)
 {
-    const auto method = CalculationMethod::fromRawValue(input);
-    if (!method)
-        throw UsageError("bilinmeyen hesaplama yöntemi: " + text(input) + " (" + methodList() + " olmalı)");
-    return *method;
+    // Typed by hand: "ISNA" and "Diyanet" mean isna and diyanet.
+    for (const CalculationMethod::Value value : CalculationMethod::allCases) {
+        const std::string_view raw = CalculationMethod(value).rawValue();
+        const auto sameLetter = [](char a, char b) {
+            return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+        };
+        if (std::ranges::equal(raw, input, sameLetter))
+            return CalculationMethod(value);
+    }
+    throw UsageError("bilinmeyen hesaplama yöntemi: " + text(input) + " (" + methodList() + " olmalı)");
 }
 
 } // namespace Values
@@ -296,8 +302,9 @@ void SourceOptions::addTo(OptionTable &table)
 {
     table.add({"--service", "ADRES", "web servisinin kök adresi (varsayılan " + serviceURL + ")",
                [this](std::string_view value) { serviceURL = Values::serviceURL(value); }});
-    table.add({"--cache", "KLASÖR", "aylık vakitlerin saklandığı klasör (varsayılan "
-                   + PrayerRepository::defaultCacheDirectory().string() + ")",
+    table.add({"--cache", "KLASÖR",
+               "aylık vakitlerin saklandığı klasör (varsayılan $XDG_DATA_HOME/Orvel/Cache, yoksa "
+               "~/.local/share/Orvel/Cache)",
                [this](std::string_view value) { cacheDirectory = Values::directory(value); }});
     table.add({"--offline", "", "vakitleri internete çıkmadan cihazda hesapla",
                [this](std::string_view) { offline = true; }});

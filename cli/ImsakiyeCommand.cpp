@@ -1,6 +1,7 @@
 #include "ImsakiyeCommand.h"
 
 #include "AppSettings.h"
+#include "Calendars.h"
 #include "Clock.h"
 #include "TextTable.h"
 
@@ -26,17 +27,24 @@ struct Choices {
     bool json = false;
 };
 
+// The English names and the Turkish words alike.
 ImsakiyeMode mode(std::string_view value)
 {
     if (const auto mode = ImsakiyeMode::fromRawValue(value))
         return *mode;
-    throw UsageError("geçersiz sayfa: " + std::string(value) + " (week, month veya ramadan olmalı)");
+    if (value == "hafta")
+        return ImsakiyeMode::week;
+    if (value == "ay")
+        return ImsakiyeMode::month;
+    if (value == "ramazan" || value == "Ramazan")
+        return ImsakiyeMode::ramadan;
+    throw UsageError("geçersiz sayfa: " + std::string(value) + " (week/hafta, month/ay veya ramadan/ramazan olmalı)");
 }
 
 OptionTable optionTable(Choices &choices)
 {
     OptionTable table;
-    table.add({"--mode", "SAYFA", "week (hafta), month (ay) ya da ramadan (Ramazan); varsayılan month",
+    table.add({"--mode", "SAYFA", "week ya da hafta, month ya da ay, ramadan ya da ramazan; varsayılan month",
                [&choices](std::string_view value) { choices.mode = mode(value); }});
     table.add({"--offset", "N", "kaç sayfa sonrası (+) ya da öncesi (−); varsayılan 0, bu hafta, ay ya da Ramazan",
                [&choices](std::string_view value) {
@@ -134,8 +142,11 @@ std::string json(const Request &request, const Page &page)
     for (size_t i = 0; i < rows.size(); ++i) {
         const Imsakiye::Row &row = rows[i];
         auto seconds = OrderedJson::array();
-        for (const Instant instant : page.days[i].times)
+        auto iso = OrderedJson::array();
+        for (const Instant instant : page.days[i].times) {
             seconds.push_back(instant.seconds);
+            iso.push_back(Calendars::iso8601(instant, zone));
+        }
         days.push_back({
             {"day", OrderedJson(nlohmann::json(row.day))},
             {"date", row.date},
@@ -144,6 +155,7 @@ std::string json(const Request &request, const Page &page)
             {"note", row.note ? OrderedJson(*row.note) : OrderedJson(nullptr)},
             {"clock", row.times},
             {"times", std::move(seconds)},
+            {"iso", std::move(iso)},
             {"today", row.isToday},
             {"past", row.isPast},
         });

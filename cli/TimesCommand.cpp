@@ -1,6 +1,7 @@
 #include "TimesCommand.h"
 
 #include "AppSettings.h"
+#include "Calendars.h"
 #include "CliOptions.h"
 #include "Clock.h"
 #include "OrvelFormat.h"
@@ -93,9 +94,14 @@ std::string json(const Request &request, const DaysAnswer &answer)
     for (const DayTimes &day : answer.days) {
         nlohmann::json entry = day;
         auto clock = nlohmann::json::array();
-        for (const Instant instant : day.times)
+        auto iso = nlohmann::json::array();
+        for (const Instant instant : day.times) {
             clock.push_back(OrvelFormat::time(instant, zone));
+            iso.push_back(Calendars::iso8601(instant, zone));
+        }
         entry["clock"] = std::move(clock);
+        // The same moments as text with the place's offset, for scripts that read no epoch.
+        entry["iso"] = std::move(iso);
         entry["hijriDate"] = day.hijriOrApproximate();
         days.push_back(std::move(entry));
     }

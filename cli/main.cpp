@@ -29,7 +29,7 @@ struct Command {
 
 constexpr std::array<Command, 4> commands{{
     {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run, cli::TimesCommand::help},
-    {"status", "sıradaki vakit ve kalan süre (metin, --format json ya da waybar)", cli::StatusCommand::run,
+    {"status", "sıradaki vakit ve kalan süre (--format text, json, waybar, line ya da genmon)", cli::StatusCommand::run,
      cli::StatusCommand::help},
     {"places", "yer ara; --choose N ile uygulamanın yerini seç", cli::PlacesCommand::run, cli::PlacesCommand::help},
     {"imsakiye", "haftalık, aylık ya da Ramazan imsakiyesi (tablo ya da --json)", cli::ImsakiyeCommand::run,

@@ -29,7 +29,9 @@
 #include <QLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QScopeGuard>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -81,22 +83,23 @@ void waitForLoad(AppModel &model)
     loop.exec();
 }
 
-// The user's settings are neither read nor changed: every run starts from the defaults.
-void useSnapshotStore()
+// The user's settings and cache are neither read nor changed: every run starts from the defaults
+// in a folder of its own, gone when the run ends.
+void useSnapshotStore(const QTemporaryDir &scratch)
 {
-    auto store = std::make_unique<QSettings>(QStringLiteral("Orvel"), QStringLiteral("orvel.snapshot"));
-    store->clear();
-    store->sync();
-    Defaults::setStore(std::move(store));
+    Defaults::setStore(std::make_unique<QSettings>(scratch.filePath(QStringLiteral("Orvel.conf")), QSettings::IniFormat));
 }
 
-AppModel::Services services(const QStringList &arguments)
+AppModel::Services services(const QStringList &arguments, const QTemporaryDir &scratch)
 {
     AppModel::Services services;
     // A hidden option for tests: another web service (or a dead one) in place of Aladhan.
-    if (const auto url = optionValue(arguments, QStringLiteral("--service")))
-        services.repository = std::make_shared<PrayerRepository>(PrayerRepository::defaultCacheDirectory(),
-                                                                 AladhanClient(url->toStdString()));
+    const std::string url = optionValue(arguments, QStringLiteral("--service"))
+                                .value_or(QString::fromUtf8(AladhanClient::defaultBaseURL.data(),
+                                                            static_cast<qsizetype>(AladhanClient::defaultBaseURL.size())))
+                                .toStdString();
+    services.repository =
+        std::make_shared<PrayerRepository>(scratch.filePath(QStringLiteral("Cache")).toStdString(), AladhanClient(url));
     return services;
 }
 
@@ -343,9 +346,12 @@ QStringList summary(const AppModel &model)
 
 int run(const QString &outputDirectory, const QStringList &arguments)
 {
-    useSnapshotStore();
+    const QTemporaryDir scratch;
+    useSnapshotStore(scratch);
+    // The store goes before its folder does.
+    const auto forgetStore = qScopeGuard([] { Defaults::setStore(nullptr); });
     const QString nowValue = optionValue(arguments, QStringLiteral("--now")).value_or(QString());
-    AppModel model(parseNow(nowValue), false, services(arguments));
+    AppModel model(parseNow(nowValue), false, services(arguments, scratch));
     if (arguments.contains(QStringLiteral("--uskudar")))
         model.setLocation(uskudar());
     else

@@ -4,6 +4,8 @@
 #include "TimeZone.h"
 
 #include <gtest/gtest.h>
+
+#include <sstream>
 #include <nlohmann/json.hpp>
 
 using namespace orvel;
@@ -66,6 +68,10 @@ TEST(Cli, jsonOfOneDay)
     // Seconds since 2001-01-01Z: 8937 days, then İmsak at 00:24Z.
     EXPECT_EQ(document["days"][0]["times"][0].get<double>(), 8937 * 86400.0 + 24 * 60);
     document["days"][0].erase("times");
+    // The same moments as ISO 8601 text with the place's offset.
+    EXPECT_EQ(document["days"][0]["iso"][0], "2025-06-21T03:24:00+03:00");
+    EXPECT_EQ(document["days"][0]["iso"][5], "2025-06-21T22:38:00+03:00");
+    document["days"][0].erase("iso");
     // Diyanet's rule is the source, at Diyanet's point of the place, with Diyanet's calendar.
     EXPECT_EQ(document, json::parse(R"({"source":"rule","method":"diyanet",
         "location":{"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"Europe/Istanbul",
@@ -98,6 +104,9 @@ TEST(Cli, placeAndMethodOptions)
     EXPECT_EQ(mecca.at("location"),
               json::parse(R"({"name":"Mekke","latitude":21.4225,"longitude":39.8262,"timeZoneID":"Asia/Riyadh"})"));
     EXPECT_EQ(mecca["days"][0]["clock"], json({"05:25", "06:41", "12:33", "15:54", "18:25", "19:55"}));
+    // Any letter case names a method.
+    EXPECT_EQ(timesJson({"--method", "UmmAlQura", "--date", "2025-03-01"}).at("method"), "ummAlQura");
+    EXPECT_EQ(timesJson({"--method", "ISNA", "--date", "2025-03-01"}).at("method"), "isna");
 
     // Coordinates without a zone take the machine's; a decimal comma is accepted.
     const json santiago = timesJson({"--lat", "-33,4489", "--lon", "-70.6693"}, "America/Santiago");
@@ -138,4 +147,31 @@ TEST(Cli, helpWinsOverBadInput)
         EXPECT_EQ(run.err, "");
         EXPECT_NE(run.out.find(option), std::string::npos) << option;
     }
+}
+
+// The shells complete every command and option that --help names, and nothing is forgotten when
+// an option is added.
+TEST(Cli, completionsKnowEveryOption)
+{
+    const std::string bash = takeFile(ORVEL_COMPLETIONS_DIR "/orvel-cli.bash");
+    const std::string zsh = takeFile(ORVEL_COMPLETIONS_DIR "/_orvel-cli");
+    const std::string fish = takeFile(ORVEL_COMPLETIONS_DIR "/orvel-cli.fish");
+    ASSERT_FALSE(bash.empty() || zsh.empty() || fish.empty());
+    for (const std::string command : {"times", "status", "places", "imsakiye"}) {
+        SCOPED_TRACE(command);
+        for (const std::string &shell : {bash, zsh, fish})
+            EXPECT_NE(shell.find(command), std::string::npos);
+        std::istringstream help(runCli({command, "--help"}).out);
+        for (std::string line; std::getline(help, line);) {
+            if (!line.starts_with("  --"))
+                continue;
+            const std::string option = line.substr(2, line.find(' ', 2) - 2);
+            EXPECT_NE(bash.find(option), std::string::npos) << option;
+            EXPECT_NE(zsh.find(option + "["), std::string::npos) << option;
+            EXPECT_NE(fish.find("-l " + option.substr(2) + " "), std::string::npos) << option;
+        }
+    }
+    for (const std::string value : {"ummAlQura", "genmon", "ramazan"})
+        for (const std::string &shell : {bash, zsh, fish})
+            EXPECT_NE(shell.find(value), std::string::npos) << value;
 }

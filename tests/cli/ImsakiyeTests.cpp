@@ -1,9 +1,12 @@
+#include "Calendars.h"
 #include "CliRun.h"
 #include "Imsakiye.h"
 #include "PrayerCalculator.h"
 #include "TimeZone.h"
 
 #include <gtest/gtest.h>
+
+#include <map>
 #include <nlohmann/json.hpp>
 
 using namespace orvel;
@@ -38,9 +41,15 @@ TEST(CliImsakiye, pageFollowsTheTimetablesRules)
         {ImsakiyeMode::ramadan, {2025, 4, 10}, 0},
         {ImsakiyeMode::ramadan, {2025, 4, 10}, 1},
     };
+    // The Turkish words name the pages too.
+    const std::map<ImsakiyeMode::Value, std::string> turkish{
+        {ImsakiyeMode::week, "hafta"}, {ImsakiyeMode::month, "ay"}, {ImsakiyeMode::ramadan, "ramazan"}};
+    bool inTurkish = false;
     for (const auto &p : pages) {
         SCOPED_TRACE(std::string(p.mode.rawValue()) + " " + p.today.description() + " " + std::to_string(p.offset));
-        const json page = imsakiyeJson({"--mode", std::string(p.mode.rawValue()), "--offset", std::to_string(p.offset),
+        const std::string modeWord = inTurkish ? turkish.at(p.mode) : std::string(p.mode.rawValue());
+        inTurkish = !inTurkish;
+        const json page = imsakiyeJson({"--mode", modeWord, "--offset", std::to_string(p.offset),
                                         "--date", p.today.description()});
 
         const ImsakiyePage expected{p.mode, p.offset, p.today,
@@ -65,6 +74,7 @@ TEST(CliImsakiye, pageFollowsTheTimetablesRules)
                       std::vector<std::string>(rows[i].times.begin(), rows[i].times.end()));
             EXPECT_EQ(day.at("today"), rows[i].isToday);
             EXPECT_EQ(day.at("past"), rows[i].isPast);
+            EXPECT_EQ(day.at("iso")[2], Calendars::iso8601(days[i].times[2], fatih.timeZone()));
         }
     }
 }
