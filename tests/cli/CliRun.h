@@ -14,10 +14,16 @@ struct CliRun {
     std::string err;
 };
 
-inline std::string takeFile(const std::filesystem::path &path)
+inline std::string readFile(const std::filesystem::path &path)
 {
     std::ifstream file(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Reads the file and removes it.
+inline std::string takeFile(const std::filesystem::path &path)
+{
+    std::string text = readFile(path);
     std::filesystem::remove(path);
     return text;
 }

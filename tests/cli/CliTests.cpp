@@ -153,9 +153,9 @@ TEST(Cli, helpWinsOverBadInput)
 // an option is added.
 TEST(Cli, completionsKnowEveryOption)
 {
-    const std::string bash = takeFile(ORVEL_COMPLETIONS_DIR "/orvel-cli.bash");
-    const std::string zsh = takeFile(ORVEL_COMPLETIONS_DIR "/_orvel-cli");
-    const std::string fish = takeFile(ORVEL_COMPLETIONS_DIR "/orvel-cli.fish");
+    const std::string bash = readFile(ORVEL_COMPLETIONS_DIR "/orvel-cli.bash");
+    const std::string zsh = readFile(ORVEL_COMPLETIONS_DIR "/_orvel-cli");
+    const std::string fish = readFile(ORVEL_COMPLETIONS_DIR "/orvel-cli.fish");
     ASSERT_FALSE(bash.empty() || zsh.empty() || fish.empty());
     for (const std::string command : {"times", "status", "places", "imsakiye"}) {
         SCOPED_TRACE(command);
