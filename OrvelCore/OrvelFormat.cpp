@@ -150,6 +150,32 @@ std::string timeWithDative(Instant instant, const TimeZone &zone)
     return time(instant, zone) + "'" + dativeSuffix(spokenLast);
 }
 
+std::string timeWithLocative(Instant instant, const TimeZone &zone)
+{
+    const CivilTime clock = Calendars::civil(instant, zone);
+    const int64_t spokenLast = clock.minute != 0 ? clock.minute : clock.hour;
+    return time(instant, zone) + "'" + locativeSuffix(spokenLast);
+}
+
+std::string locativeSuffix(int64_t number)
+{
+    static const std::vector<std::string> vowelLetters = characters(vowels);
+    static const std::vector<std::string> backVowelLetters = characters(backVowels);
+    // After a voiceless consonant the ending hardens: "üçte", "kırkta".
+    static const std::vector<std::string> voiceless = characters("çfhkpsşt");
+    const uint64_t magnitude = number < 0 ? 0 - static_cast<uint64_t>(number) : static_cast<uint64_t>(number);
+    const std::vector<std::string> letters = characters(numberWord(magnitude));
+
+    std::string lastVowel(defaultLastVowel);
+    for (const std::string &letter : letters) {
+        if (isAmong(letter, vowelLetters))
+            lastVowel = letter;
+    }
+    const std::string lastLetter = letters.empty() ? std::string(defaultLastLetter) : letters.back();
+    const std::string_view consonant = isAmong(lastLetter, voiceless) ? "t" : "d";
+    return std::string(consonant) + (isAmong(lastVowel, backVowelLetters) ? "a" : "e");
+}
+
 std::string dativeSuffix(int64_t number)
 {
     static const std::vector<std::string> vowelLetters = characters(vowels);

@@ -45,6 +45,10 @@ struct AppModel::Private {
     bool checksPending = true;
     // The scheduler's backend plays the desktop's message sound through our player.
     bool messageSoundLent = false;
+    // The clocks at the last tick, to tell a suspend from time passing.
+    Instant lastWall;
+    double lastMonotonic = 0;
+    QString lastMissed;
 };
 
 AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services services, QObject *parent)
@@ -77,6 +81,9 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     quietHours_ = settings.quietHours;
     iconRemaining_ = settings.iconRemaining;
     timesOptions_ = settings.times;
+    fridayMinutes_ = settings.fridayMinutes;
+    d->lastWall = d->clock->now();
+    d->lastMonotonic = d->clock->monotonicSeconds();
 
     if (!startServices)
         return;
@@ -110,6 +117,7 @@ void AppModel::adoptStoredSettings()
     adopt(quietHours_, stored.quietHours, &AppModel::setQuietHours);
     adopt(iconRemaining_, stored.iconRemaining, &AppModel::setIconRemaining);
     adopt(timesOptions_, stored.times, &AppModel::setTimesOptions);
+    adopt(fridayMinutes_, stored.fridayMinutes, &AppModel::setFridayMinutes);
 }
 
 AppModel::~AppModel()
@@ -250,6 +258,13 @@ void AppModel::setTimesOptions(const TimesOptions &options)
     reload();
 }
 
+void AppModel::setFridayMinutes(int64_t minutes)
+{
+    Defaults::write(Key::fridayReminder, qint64(minutes));
+    assign(fridayMinutes_, minutes, &AppModel::fridayMinutesChanged);
+    rescheduleNotifications();
+}
+
 void AppModel::toggleNotification(Prayer prayer)
 {
     std::set<Prayer::Value> prayers = notifiedPrayers_;
@@ -283,7 +298,10 @@ void AppModel::startTickTimer()
 void AppModel::observeSystemEvents(SystemEvents *events)
 {
     SystemEvents *source = events ? events : SystemEvents::createForPlatform(this);
-    connect(source, &SystemEvents::wokeFromSleep, this, &AppModel::reload);
+    connect(source, &SystemEvents::wokeFromSleep, this, [this] {
+        noticeSleep();
+        reload();
+    });
     connect(source, &SystemEvents::clockChanged, this, &AppModel::reload);
     connect(source, &SystemEvents::timeZoneChanged, this, [this] {
         // ICU keeps the zone it found at start-up until told to look again.
@@ -350,6 +368,7 @@ void AppModel::setLoading(bool loading)
 
 void AppModel::tick()
 {
+    noticeSleep();
     const Instant minute = currentTime().floorToMinute();
     const bool minuteChanged = assign(now_, minute, &AppModel::nowChanged);
     if (isLoading_ || !today_)
@@ -366,10 +385,34 @@ void AppModel::tick()
         reload();
 }
 
-void AppModel::rescheduleNotifications()
+void AppModel::noticeSleep()
+{
+    constexpr double sleepSeconds = 60;
+    const Instant wall = d->clock->now();
+    const double monotonic = d->clock->monotonicSeconds();
+    const double ahead = (wall - d->lastWall) - (monotonic - d->lastMonotonic);
+    const Instant since = d->lastWall;
+    d->lastWall = wall;
+    d->lastMonotonic = monotonic;
+    if (ahead > sleepSeconds)
+        announceMissed(since);
+}
+
+void AppModel::announceMissed(Instant since)
 {
     if (fixedNow_ || !today_ || !tomorrow_)
         return;
+    const std::optional<NotificationRequest> missed =
+        NotificationScheduler::missedWhileAsleep(notificationPlan(), since, d->clock->now());
+    // The wake signal and the clock's jump tell of the same sleep.
+    if (!missed || missed->identifier == d->lastMissed)
+        return;
+    d->lastMissed = missed->identifier;
+    scheduler().announce(*missed);
+}
+
+NotificationPlan AppModel::notificationPlan() const
+{
     NotificationPlan plan;
     plan.days = {*today_, *tomorrow_};
     plan.location = location_;
@@ -384,6 +427,15 @@ void AppModel::rescheduleNotifications()
     plan.systemSound = adhanSound_ == AdhanSound::system;
     plan.quietHours = quietHours_;
     plan.ramadanMode = ramadanMode_;
+    plan.fridayMinutes = fridayMinutes_;
+    return plan;
+}
+
+void AppModel::rescheduleNotifications()
+{
+    if (fixedNow_ || !today_ || !tomorrow_)
+        return;
+    const NotificationPlan plan = notificationPlan();
     if (!d->messageSoundLent) {
         scheduler().setMessageSound([this] { playMessageSound(); });
         d->messageSoundLent = true;

@@ -9,6 +9,7 @@
 #include "Kerahat.h"
 #include "Location.h"
 #include "MenuBarStyle.h"
+#include "NotificationScheduler.h"
 #include "PrayerRepository.h"
 #include "PrayerSchedule.h"
 #include "QuietHours.h"
@@ -32,7 +33,6 @@ class QTimer;
 namespace orvel {
 
 class AdhanPlayer;
-class NotificationScheduler;
 class SystemEvents;
 
 // What the model talks to; anything left empty gets the application's own.
@@ -96,6 +96,9 @@ public:
     // source of Diyanet's times; a change reloads the days.
     const TimesOptions &timesOptions() const { return timesOptions_; }
     void setTimesOptions(const TimesOptions &options);
+    // "Cuma hatırlatması": minutes before Öğle on Fridays, 0 for none.
+    int64_t fridayMinutes() const { return fridayMinutes_; }
+    void setFridayMinutes(int64_t minutes);
 
     // State (not persisted).
     const std::optional<DayTimes> &today() const { return today_; }
@@ -162,6 +165,7 @@ signals:
     void quietHoursChanged();
     void iconRemainingChanged();
     void timesOptionsChanged();
+    void fridayMinutesChanged();
     void todayChanged();
     void tomorrowChanged();
     void sourceChanged();
@@ -182,6 +186,11 @@ private:
     void applyLoad(const PrayerRepository::Answer &answer);
     void prefetchAhead(DayKey key, const Location &location, CalculationMethod method, const TimesOptions &options);
     void rescheduleNotifications();
+    NotificationPlan notificationPlan() const;
+    // Where the wall clock ran ahead of the monotonic one (a suspend, or the time was set),
+    // the one notice of what entered meanwhile.
+    void noticeSleep();
+    void announceMissed(Instant since);
     void playAdhanIfNeeded();
     // For notification servers that ignore sound hints.
     void playMessageSound();
@@ -209,6 +218,7 @@ private:
     QuietHours quietHours_;
     std::optional<bool> iconRemaining_;
     TimesOptions timesOptions_;
+    int64_t fridayMinutes_ = 0;
 
     std::optional<DayTimes> today_;
     std::optional<DayTimes> tomorrow_;

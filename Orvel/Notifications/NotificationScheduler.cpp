@@ -1,5 +1,6 @@
 #include "NotificationScheduler.h"
 
+#include "Calendars.h"
 #include "Clock.h"
 #include "NotificationBackend.h"
 #include "OrvelFormat.h"
@@ -61,6 +62,34 @@ NotificationRequest kerahatRequest(const KerahatInterval &interval, const TimeZo
             + QStringLiteral(" kadar namaz kılmak mekruhtur."),
         false,
         interval.start,
+    };
+}
+
+constexpr int64_t friday = 5; // days since Sunday
+
+bool isFriday(const DayKey &day)
+{
+    // 1970-01-01 was a Thursday.
+    const int64_t days = Calendars::daysFromCivil(day.year, day.month, day.day);
+    return ((days + 4) % 7 + 7) % 7 == friday;
+}
+
+std::optional<NotificationRequest> fridayRequest(const DayTimes &day, const NotificationPlan &plan, Instant now,
+                                                 const TimeZone &machineZone)
+{
+    if (plan.fridayMinutes < 1 || !isFriday(day.day))
+        return std::nullopt;
+    const Instant at = day[Prayer::ogle] - static_cast<double>(plan.fridayMinutes) * 60.0;
+    // A reminder is no reason to break the quiet.
+    if (!(at > now) || plan.quietHours.contains(at, machineZone))
+        return std::nullopt;
+    return NotificationRequest{
+        text(day.day.description()) + QStringLiteral("-cuma"),
+        QStringLiteral("Cuma namazı yaklaşıyor"),
+        text(plan.location.name) + QStringLiteral(" için öğle ezanına ") + QString::number(plan.fridayMinutes)
+            + QStringLiteral(" dakika kaldı. Hayırlı Cumalar."),
+        true,
+        at,
     };
 }
 
@@ -169,7 +198,45 @@ std::vector<NotificationRequest> NotificationScheduler::requests(const Notificat
         if (interval.start > now)
             requests.push_back(kerahatRequest(interval, zone));
     }
+    for (const DayTimes &day : plan.days) {
+        if (auto reminder = fridayRequest(day, plan, now, machineZone))
+            requests.push_back(std::move(*reminder));
+    }
     return soonest(std::move(requests), maximumPending);
+}
+
+std::optional<NotificationRequest> NotificationScheduler::missedWhileAsleep(const NotificationPlan &plan, Instant since,
+                                                                         Instant now)
+{
+    std::optional<std::pair<Prayer, Instant>> latest;
+    for (const DayTimes &day : plan.days) {
+        for (const Prayer::Value value : Prayer::allCases) {
+            const Instant time = day[Prayer(value)];
+            if (plan.enabled.contains(value) && since < time && !(now < time) && (!latest || latest->second < time))
+                latest = std::pair{Prayer(value), time};
+        }
+    }
+    // A time long past, or followed by the next one, is no news on waking.
+    if (!latest || now - latest->second > missedWithinSeconds)
+        return std::nullopt;
+    const auto [prayer, time] = *latest;
+    const TimeZone zone = plan.location.timeZone();
+    const QString name = text(prayer == Prayer::gunes ? std::string_view("Güneş") : prayer.name());
+    const QString summary = prayer == Prayer::gunes ? QStringLiteral("Güneş doğdu") : name + QStringLiteral(" vakti girdi");
+    return NotificationRequest{
+        QStringLiteral("missed-") + QString::number(static_cast<int64_t>(time.unixSeconds())),
+        summary,
+        QStringLiteral("Bilgisayar uykudayken, ") + text(OrvelFormat::timeWithLocative(time, zone)) + QStringLiteral(" · ")
+            + text(plan.location.name),
+        false,
+        now,
+    };
+}
+
+void NotificationScheduler::announce(const NotificationRequest &request)
+{
+    if (d->backend->isAvailable())
+        d->backend->show(request);
 }
 
 std::pair<QString, QString> NotificationScheduler::texts(Prayer prayer, const QString &time, const QString &location,

@@ -11,6 +11,7 @@
 #include "QuietHours.h"
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -29,6 +30,8 @@ struct NotificationPlan {
     bool systemSound = true;
     QuietHours quietHours;
     bool ramadanMode = true;
+    // "Cuma hatırlatması": minutes before Öğle on Fridays; 0 is off.
+    int64_t fridayMinutes = 0;
 };
 
 // One pending notification.
@@ -64,6 +67,12 @@ public:
     void setMessageSound(std::function<void()> play);
     // The requests a plan gives at `now`, in order (pure; used by reschedule).
     static std::vector<NotificationRequest> requests(const NotificationPlan &plan, Instant now);
+    // The one notice for a machine that slept from `since` to `now`: the latest notified time
+    // that entered meanwhile, unless it entered more than missedWithinSeconds ago. Silent.
+    static constexpr double missedWithinSeconds = 3 * 3600;
+    static std::optional<NotificationRequest> missedWhileAsleep(const NotificationPlan &plan, Instant since, Instant now);
+    // Shows a notification at once.
+    void announce(const NotificationRequest &request);
     // (title, body) of a prayer-entry notification.
     static std::pair<QString, QString> texts(Prayer prayer, const QString &time, const QString &location, bool ramadan);
 

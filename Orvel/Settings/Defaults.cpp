@@ -263,6 +263,9 @@ Settings load()
     settings.iconRemaining = boolean(Key::iconRemaining);
     if (const auto times = decode<TimesOptions>(Key::times))
         settings.times = *times;
+    if (const auto minutes = integer(Key::fridayReminder);
+        minutes && std::ranges::find(fridayReminderOptions, *minutes) != fridayReminderOptions.end())
+        settings.fridayMinutes = *minutes;
     return settings;
 }
 

@@ -25,7 +25,7 @@
 
 namespace orvel {
 
-// The persisted settings: the per-user store, its 16 keys, their stored forms, and the rules
+// The persisted settings: the per-user store, its 17 keys, their stored forms, and the rules
 // that turn whatever is stored into a valid setting.
 //
 // The store is QSettings; in its INI form (Linux) every value written by an earlier run comes
@@ -50,14 +50,17 @@ enum class Key {
     quietHours,      // JSON of QuietHours, as data
     iconRemaining,   // boolean, "Simgede kalan süre"; absent: as suits the panel
     times,           // JSON of TimesOptions, as data
+    fridayReminder,  // integer, minutes before Öğle on Fridays: 0 (off), 15, 30, 45, 60
 };
+
+constexpr std::array<int64_t, 5> fridayReminderOptions{0, 15, 30, 45, 60};
 
 // Each key with its stored name, in one row.
 struct KeyName {
     Key key;
     const char *name;
 };
-constexpr std::array<KeyName, 16> keyNames{{
+constexpr std::array<KeyName, 17> keyNames{{
     {Key::location, "location"},
     {Key::method, "method"},
     {Key::menuBarStyle, "menuBarStyle"},
@@ -74,6 +77,7 @@ constexpr std::array<KeyName, 16> keyNames{{
     {Key::quietHours, "quietHours"},
     {Key::iconRemaining, "iconRemaining"},
     {Key::times, "times"},
+    {Key::fridayReminder, "fridayReminder"},
 }};
 
 // The stored name of the key ("location", "kerahatShow", …).
@@ -144,6 +148,7 @@ struct Settings {
     // panel shows no text beside the icon, off where it does.
     std::optional<bool> iconRemaining;
     TimesOptions times;
+    int64_t fridayMinutes = 0;
 };
 
 // The stored settings, each one that is missing or unusable replaced by its default.

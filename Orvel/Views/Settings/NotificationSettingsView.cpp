@@ -2,6 +2,7 @@
 
 #include "AdhanPlayer.h"
 #include "AppModel.h"
+#include "Defaults.h"
 #include "FileChooser.h"
 #include "NotificationScheduler.h"
 #include "SettingsForm.h"
@@ -105,6 +106,16 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     connect(reminder_, &QComboBox::activated, this,
             [this](int index) { model_.setReminderMinutes(reminder_->itemData(index).toInt()); });
     section->addRow(row(QStringLiteral("Önceden hatırlat"), reminder_));
+
+    friday_ = new QComboBox;
+    friday_->setObjectName(QStringLiteral("Cuma hatırlatması"));
+    friday_->setAccessibleName(QStringLiteral("Cuma hatırlatması"));
+    for (const int64_t minutes : Defaults::fridayReminderOptions)
+        friday_->addItem(minutes == 0 ? QStringLiteral("Kapalı") : QStringLiteral("Öğleden %1 dakika önce").arg(minutes),
+                         static_cast<int>(minutes));
+    connect(friday_, &QComboBox::activated, this,
+            [this](int index) { model_.setFridayMinutes(friday_->itemData(index).toInt()); });
+    section->addRow(row(QStringLiteral("Cuma hatırlatması"), friday_, QStringLiteral("Cuma günleri namaz vakti yaklaşınca bildirir")));
 
     QLabel *warning = symbol(QStringLiteral("exclamationmark.triangle.fill"), Tone::primary, 13);
     setSymbolColor(warning, Colors::systemOrange());
@@ -217,6 +228,10 @@ void NotificationSettingsView::refresh()
         const QSignalBlocker blocker(reminder_);
         const int index = reminder_->findData(static_cast<int>(model_.reminderMinutes()));
         reminder_->setCurrentIndex(std::max(index, 0));
+    }
+    {
+        const QSignalBlocker blocker(friday_);
+        friday_->setCurrentIndex(std::max(friday_->findData(static_cast<int>(model_.fridayMinutes())), 0));
     }
     const AdhanSound sound = model_.adhanSound();
     {

@@ -78,6 +78,7 @@ private:
     Permission permission_;
     std::map<Prayer::Value, SettingsForm::Chip *> chips_;
     QComboBox *reminder_ = nullptr;
+    QComboBox *friday_ = nullptr;
     QWidget *deniedRow_ = nullptr;
     QPushButton *openSettings_ = nullptr;
     QComboBox *sound_ = nullptr;

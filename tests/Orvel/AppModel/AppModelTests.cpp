@@ -79,7 +79,8 @@ struct MonthSource : std::enable_shared_from_this<MonthSource> {
 
 struct SilentBackend : NotificationBackend {
     bool isAvailable() const override { return true; }
-    void show(const NotificationRequest &) override {}
+    void show(const NotificationRequest &request) override { shown.push_back(request); }
+    std::vector<NotificationRequest> shown;
 };
 
 // Everything a model needs, kept away from the user's settings, cache and sounds.
@@ -469,6 +470,36 @@ TEST(AppModelSettings, TheCommandLineStatusSaysWhatTheTraySays)
     expectSame();
     EXPECT_EQ(model->statusLine().state, StatusLine::State::normal);
     EXPECT_TRUE(model->statusLine().text.starts_with("Akşam "));
+}
+
+// A suspend looks like a wall clock that ran ahead of the monotonic one: on the next tick the model
+// tells of the time that entered meanwhile, once, and the wake signal does not tell it again.
+TEST(AppModelSettings, ATimeThatEnteredWhileAsleepIsToldOnce)
+{
+    const Location fatih = Location::istanbul();
+    const DayTimes day = PrayerCalculator::times({2026, 11, 10}, fatih, CalculationMethod::diyanet);
+    Harness harness(day[Prayer::ogle] - 8 * 60);
+    auto backend = std::make_shared<SilentBackend>();
+    NotificationScheduler scheduler(backend, harness.clock);
+    SystemEvents events;
+    const auto model = std::make_unique<AppModel>(std::nullopt, true,
+                                                  AppModel::Services{harness.clock, harness.repository, &scheduler, &events});
+    ASSERT_TRUE(reloadAndWait(*model));
+    model->tick();
+    EXPECT_TRUE(backend->shown.empty());
+
+    harness.clock->jump(day[Prayer::ogle] + 67 * 60);
+    model->tick();
+    ASSERT_EQ(backend->shown.size(), 1u);
+    EXPECT_EQ(backend->shown[0].title, "Öğle vakti girdi");
+    EXPECT_EQ(backend->shown[0].body, "Bilgisayar uykudayken, " + QString::fromStdString(OrvelFormat::timeWithLocative(day[Prayer::ogle], fatih.timeZone()))
+                                          + " · İstanbul, Fatih");
+    emit events.wokeFromSleep();
+    model->tick();
+    // Time passing by itself is no sleep.
+    harness.clock->advance(3 * 3600);
+    model->tick();
+    EXPECT_EQ(backend->shown.size(), 1u);
 }
 
 using StatusImage::Style;

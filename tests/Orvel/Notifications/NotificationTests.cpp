@@ -107,6 +107,48 @@ TEST(NotificationRequests, DayWithRemindersAndKerahat)
     EXPECT_FALSE(find(requests, "kerahat-sunrise-1778552700").defaultSound);
 }
 
+// On waking, one silent notice of the latest notified time that entered meanwhile, unless it
+// is hours old; nothing for what is still ahead.
+TEST(NotificationRequests, MissedWhileAsleep)
+{
+    NotificationPlan plan = planFor({day(may12)});
+    plan.enabled.erase(Prayer::gunes);
+    const auto missed = [&](int fromHour, int fromMinute, int toHour, int toMinute) {
+        return NotificationScheduler::missedWhileAsleep(plan, at(may12, fromHour, fromMinute), at(may12, toHour, toMinute));
+    };
+    const auto ogle = missed(12, 45, 14, 0);
+    ASSERT_TRUE(ogle.has_value());
+    EXPECT_EQ(ogle->title, "Öğle vakti girdi");
+    EXPECT_EQ(ogle->body, "Bilgisayar uykudayken, 13:05'te · Üsküdar");
+    EXPECT_FALSE(ogle->defaultSound);
+    // Slept through Öğle and İkindi: İkindi alone.
+    EXPECT_EQ(missed(12, 45, 17, 30)->title, "İkindi vakti girdi");
+    EXPECT_EQ(missed(12, 45, 17, 30)->body, "Bilgisayar uykudayken, 16:50'de · Üsküdar");
+    EXPECT_EQ(missed(12, 45, 13, 0), std::nullopt) << "Öğle is still ahead";
+    EXPECT_EQ(missed(6, 0, 12, 0), std::nullopt) << "Güneş is not notified";
+    EXPECT_EQ(missed(13, 10, 20, 0), std::nullopt) << "İkindi entered more than three hours before";
+    EXPECT_EQ(missed(4, 0, 5, 30)->title, "İmsak vakti girdi");
+}
+
+// "Cuma hatırlatması": Fridays only, at the chosen lead, never in quiet hours.
+TEST(NotificationRequests, FridayReminder)
+{
+    const DayKey thursday{2026, 11, 12}, friday{2026, 11, 13};
+    NotificationPlan plan = planFor({day(thursday), day(friday)});
+    EXPECT_TRUE(std::ranges::none_of(NotificationScheduler::requests(plan, at(thursday, 0, 0)),
+                                     [](const auto &r) { return r.identifier.endsWith("-cuma"); }));
+    plan.fridayMinutes = 45;
+    const auto requests = NotificationScheduler::requests(plan, at(thursday, 0, 0));
+    EXPECT_EQ(std::ranges::count_if(requests, [](const auto &r) { return r.identifier.endsWith("-cuma"); }), 1);
+    const NotificationRequest &cuma = find(requests, "2026-11-13-cuma");
+    EXPECT_EQ(cuma.fireAt, at(friday, 12, 20));
+    EXPECT_EQ(cuma.title, "Cuma namazı yaklaşıyor");
+    EXPECT_EQ(cuma.body, "Üsküdar için öğle ezanına 45 dakika kaldı. Hayırlı Cumalar.");
+    plan.quietHours = {true, 12 * 60, 13 * 60};
+    EXPECT_TRUE(std::ranges::none_of(NotificationScheduler::requests(plan, at(thursday, 0, 0)),
+                                     [](const auto &r) { return r.identifier.endsWith("-cuma"); }));
+}
+
 TEST(NotificationRequests, RamadanWording)
 {
     NotificationPlan plan = planFor({day(may12, 9)}, 5);
