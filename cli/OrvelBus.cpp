@@ -30,6 +30,28 @@ OrvelBus::OrvelBus(Listener listener)
                                             &OrvelBus::appeared, &OrvelBus::vanished, this, nullptr);
 }
 
+bool OrvelBus::call(const char *method)
+{
+    constexpr int timeoutMs = 2000;
+    GError *error = nullptr;
+    GDBusConnection *connection = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error);
+    if (!connection) {
+        g_clear_error(&error);
+        return false;
+    }
+    // No Orvel is started for this: only a running one is asked.
+    GVariant *reply = g_dbus_connection_call_sync(connection, StatusBus::serviceName, StatusBus::objectPath,
+                                                  StatusBus::interfaceName, method, nullptr, nullptr,
+                                                  G_DBUS_CALL_FLAGS_NO_AUTO_START, timeoutMs, nullptr, &error);
+    g_object_unref(connection);
+    if (!reply) {
+        g_clear_error(&error);
+        return false;
+    }
+    g_variant_unref(reply);
+    return true;
+}
+
 OrvelBus::~OrvelBus()
 {
     g_cancellable_cancel(cancellable_);

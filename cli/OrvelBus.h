@@ -24,6 +24,9 @@ public:
 
     // Without a session bus the listener hears at once that no Orvel runs.
     explicit OrvelBus(Listener listener);
+    // Calls a method of a running Orvel's status (StopSound, ShowPanel…) and waits for the
+    // answer; false when no Orvel runs or it did not answer.
+    static bool call(const char *method);
     ~OrvelBus();
     OrvelBus(const OrvelBus &) = delete;
     OrvelBus &operator=(const OrvelBus &) = delete;

@@ -4,6 +4,7 @@
 #include "ImsakiyeCommand.h"
 #include "PlacesCommand.h"
 #include "StatusCommand.h"
+#include "StopCommand.h"
 #include "TextTable.h"
 #include "TimesCommand.h"
 
@@ -27,13 +28,14 @@ struct Command {
     std::string (*help)();
 };
 
-constexpr std::array<Command, 4> commands{{
+constexpr std::array<Command, 5> commands{{
     {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run, cli::TimesCommand::help},
     {"status", "sıradaki vakit ve kalan süre (--format text, json, waybar, line ya da genmon)", cli::StatusCommand::run,
      cli::StatusCommand::help},
     {"places", "yer ara; --choose N ile uygulamanın yerini seç", cli::PlacesCommand::run, cli::PlacesCommand::help},
     {"imsakiye", "haftalık, aylık ya da Ramazan imsakiyesi (tablo ya da --json)", cli::ImsakiyeCommand::run,
      cli::ImsakiyeCommand::help},
+    {"stop", "açık olan Orvel'in çaldığı sesi sustur", cli::StopCommand::run, cli::StopCommand::help},
 }};
 
 std::string usage()

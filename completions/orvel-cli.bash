@@ -5,7 +5,7 @@ _orvel_cli()
     local cur prev words cword
     _init_completion || return
 
-    local commands="times status places imsakiye"
+    local commands="times status places imsakiye stop"
     local place="--lat --lon --tz --name --method"
     local source="--service --cache --offline"
     local command=${words[1]}

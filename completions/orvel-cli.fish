@@ -1,11 +1,12 @@
 # fish completion for orvel-cli
 
-set -l commands times status places imsakiye
+set -l commands times status places imsakiye stop
 complete -c orvel-cli -f
 complete -c orvel-cli -n "not __fish_seen_subcommand_from $commands" -a times -d 'namaz vakitleri'
 complete -c orvel-cli -n "not __fish_seen_subcommand_from $commands" -a status -d 'sıradaki vakit ve kalan süre'
 complete -c orvel-cli -n "not __fish_seen_subcommand_from $commands" -a places -d 'yer ara ve seç'
 complete -c orvel-cli -n "not __fish_seen_subcommand_from $commands" -a imsakiye -d 'imsakiye'
+complete -c orvel-cli -n "not __fish_seen_subcommand_from $commands" -a stop -d 'çalan sesi sustur'
 complete -c orvel-cli -l help -d 'yardım'
 complete -c orvel-cli -n "not __fish_seen_subcommand_from $commands" -l version -d 'sürüm'
 

@@ -425,6 +425,7 @@ NotificationPlan AppModel::notificationPlan() const
         }
     }
     plan.systemSound = adhanSound_ == AdhanSound::system;
+    plan.ownSound = adhanSound_ == AdhanSound::chime || adhanSound_ == AdhanSound::custom;
     plan.quietHours = quietHours_;
     plan.ramadanMode = ramadanMode_;
     plan.fridayMinutes = fridayMinutes_;
@@ -438,6 +439,8 @@ void AppModel::rescheduleNotifications()
     const NotificationPlan plan = notificationPlan();
     if (!d->messageSoundLent) {
         scheduler().setMessageSound([this] { playMessageSound(); });
+        connect(&scheduler(), &NotificationScheduler::stopSoundRequested, player_.get(), &AdhanPlayer::stop);
+        connect(&scheduler(), &NotificationScheduler::openPanelRequested, this, &AppModel::panelRequested);
         d->messageSoundLent = true;
     }
     scheduler().reschedule(plan);

@@ -175,6 +175,8 @@ signals:
     void changed();
     // A load finished and its answer was applied (snapshot mode waits for it).
     void loadFinished();
+    // The user opened one of Orvel's notifications: the panel is wanted.
+    void panelRequested();
 
 private:
     struct Private;

@@ -82,6 +82,16 @@ FreedesktopNotifications::FreedesktopNotifications(QDBusConnection connection, Q
 {
     auto *watcher = new QDBusServiceWatcher(service, connection_, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &FreedesktopNotifications::forgetCapabilities);
+    connection_.connect(QString(), path, service, QStringLiteral("ActionInvoked"), this,
+                        SLOT(onActionInvoked(uint, QString)));
+}
+
+void FreedesktopNotifications::onActionInvoked(uint id, const QString &action)
+{
+    // The server tells every client of every action: only Orvel's own notifications count.
+    if (!shownIds_.contains(id))
+        return;
+    actionInvoked(action);
 }
 
 FreedesktopNotifications::~FreedesktopNotifications() = default;
@@ -171,14 +181,28 @@ void FreedesktopNotifications::send(const NotificationRequest &request)
     // When the server is unknown, a sound of our own could double its sound.
     const bool serverIgnoresSound = capabilities_ && !capabilities_->contains(QStringLiteral("sound"));
 
+    QStringList actions;
+    if (capabilities_ && capabilities_->contains(QStringLiteral("actions"))) {
+        // The body opens the panel; "Sesi durdur" only while Orvel's own sound plays with it.
+        actions << QString::fromLatin1(openPanelAction) << QStringLiteral("Paneli aç");
+        if (request.offersStop)
+            actions << QString::fromLatin1(stopSoundAction) << QStringLiteral("Sesi durdur");
+    }
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, service, QStringLiteral("Notify"));
     message << QStringLiteral("Orvel") << uint(0) << AppIcon::nameOrPath() << request.title
-            << (markup ? escapedForMarkup(request.body) : request.body) << QStringList() << hints(request)
+            << (markup ? escapedForMarkup(request.body) : request.body) << actions << hints(request)
             << int(-1);
     auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), this);
     const bool playSound = request.defaultSound && serverIgnoresSound;
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, playSound](QDBusPendingCallWatcher *call) {
         call->deleteLater();
+        const QDBusPendingReply<uint> reply = *call;
+        if (reply.isValid()) {
+            constexpr qsizetype remembered = 64;
+            shownIds_.insert(reply.value());
+            if (shownIds_.size() > remembered)
+                shownIds_.erase(shownIds_.begin());
+        }
         // The sound goes with a notification the server took, never alone.
         if (playSound && !call->isError())
             playMessageSound();

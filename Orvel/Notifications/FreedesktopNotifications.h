@@ -4,6 +4,7 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 
 #include <functional>
@@ -32,6 +33,9 @@ public:
     void openSettings() const override;
     bool canOpenSettings() const override;
 
+private slots:
+    void onActionInvoked(uint id, const QString &action);
+
 private:
     void requestCapabilities();
     void capabilitiesArrived(QDBusPendingCallWatcher *call, quint64 generation);
@@ -45,6 +49,8 @@ private:
     bool capabilitiesRequested_ = false;
     // Shown once the capabilities are known.
     std::vector<NotificationRequest> waiting_;
+    // The ids the server gave Orvel's notifications, so that others' actions are not taken.
+    QSet<uint> shownIds_;
 };
 
 } // namespace orvel

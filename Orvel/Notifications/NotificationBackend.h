@@ -28,7 +28,18 @@ public:
     // hints; the application owns the player. Without it such requests are silent.
     void setMessageSound(std::function<void()> play) { messageSound_ = std::move(play); }
 
+    // Actions the user chose on a shown notification: openPanelAction (its body) or
+    // stopSoundAction ("Sesi durdur").
+    static constexpr auto openPanelAction = "default";
+    static constexpr auto stopSoundAction = "stop-sound";
+    void setActionHandler(std::function<void(const QString &action)> handle) { actionHandler_ = std::move(handle); }
+
 protected:
+    void actionInvoked(const QString &action) const
+    {
+        if (actionHandler_)
+            actionHandler_(action);
+    }
     void playMessageSound() const
     {
         if (messageSound_)
@@ -37,6 +48,7 @@ protected:
 
 private:
     std::function<void()> messageSound_;
+    std::function<void(const QString &)> actionHandler_;
 };
 
 } // namespace orvel

@@ -35,8 +35,11 @@ NotificationRequest entryRequest(const QString &day, Prayer prayer, Instant time
                                  const NotificationPlan &plan, bool ramadan, const TimeZone &machineZone)
 {
     auto [title, body] = NotificationScheduler::texts(prayer, clock, text(plan.location.name), ramadan);
-    const bool sound = plan.systemSound && !plan.quietHours.contains(time, machineZone);
-    return {day + u'-' + text(prayer.rawValue()), std::move(title), std::move(body), sound, time};
+    const bool quiet = plan.quietHours.contains(time, machineZone);
+    const bool sound = plan.systemSound && !quiet;
+    // Güneş has no call to prayer, so Orvel plays nothing then.
+    const bool ownSound = plan.ownSound && !quiet && prayer != Prayer::gunes;
+    return {day + u'-' + text(prayer.rawValue()), std::move(title), std::move(body), sound, time, ownSound};
 }
 
 NotificationRequest reminderRequest(const QString &day, Prayer prayer, Instant pre, const QString &clock,
@@ -140,6 +143,12 @@ NotificationScheduler::NotificationScheduler(std::shared_ptr<NotificationBackend
 {
     d->backend = std::move(backend);
     d->clock = std::move(clock);
+    d->backend->setActionHandler([this](const QString &action) {
+        if (action == QLatin1String(NotificationBackend::stopSoundAction))
+            emit stopSoundRequested();
+        else if (action == QLatin1String(NotificationBackend::openPanelAction))
+            emit openPanelRequested();
+    });
 }
 
 NotificationScheduler::~NotificationScheduler() = default;

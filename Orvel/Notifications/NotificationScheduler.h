@@ -28,6 +28,7 @@ struct NotificationPlan {
     int64_t reminderMinutes = 0;
     std::vector<KerahatInterval> kerahat;
     bool systemSound = true;
+    bool ownSound = false; // the chime or the user's file, which Orvel plays itself
     QuietHours quietHours;
     bool ramadanMode = true;
     // "Cuma hatırlatması": minutes before Öğle on Fridays; 0 is off.
@@ -41,6 +42,8 @@ struct NotificationRequest {
     QString body;
     bool defaultSound = false;
     Instant fireAt;
+    // Orvel's own sound plays with it: the notification offers "Sesi durdur".
+    bool offersStop = false;
 
     bool operator==(const NotificationRequest &) const = default;
 };
@@ -85,6 +88,9 @@ public:
 
 signals:
     void pendingChanged();
+    // The user chose an action on one of Orvel's notifications.
+    void stopSoundRequested();
+    void openPanelRequested();
     void fired(const QString &identifier);
 
 private:

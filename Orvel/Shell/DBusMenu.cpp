@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QDBusMetaType>
+#include <QEvent>
 #include <QMenu>
 
 namespace orvel {
@@ -68,9 +69,24 @@ void DBusMenu::registerTypes()
 
 void DBusMenu::setMenu(QMenu *menu)
 {
+    if (menu_)
+        menu_->removeEventFilter(this);
     menu_ = menu;
+    // An entry shown, hidden, added or renamed is a new layout for the panel to fetch.
+    if (menu_)
+        menu_->installEventFilter(this);
     ++revision_;
     emit LayoutUpdated(revision_, 0);
+}
+
+bool DBusMenu::eventFilter(QObject *watched, QEvent *event)
+{
+    const QEvent::Type type = event->type();
+    if (watched == menu_ && (type == QEvent::ActionChanged || type == QEvent::ActionAdded || type == QEvent::ActionRemoved)) {
+        ++revision_;
+        emit LayoutUpdated(revision_, 0);
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 QList<QAction *> DBusMenu::actions() const

@@ -65,6 +65,9 @@ public slots:
 signals:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parent);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     QList<QAction *> actions() const;
     QVariantMap properties(int id) const;

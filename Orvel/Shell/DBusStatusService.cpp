@@ -45,6 +45,8 @@ void DBusStatusService::publish(const PublishedStatus &status)
     compare("State", status_.state, status.state);
     compare("NextName", status_.nextName, status.nextName);
     compare("NextMoment", status_.nextMoment, status.nextMoment);
+    if (status_.playing != status.playing)
+        changed.insert(QStringLiteral("Playing"), status.playing);
     status_ = status;
     if (changed.isEmpty() || !registered_)
         return;
@@ -68,6 +70,11 @@ void DBusStatusService::OpenImsakiye()
 void DBusStatusService::OpenSettings()
 {
     emit openSettingsRequested();
+}
+
+void DBusStatusService::StopSound()
+{
+    emit stopSoundRequested();
 }
 
 } // namespace orvel

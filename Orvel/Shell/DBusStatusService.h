@@ -13,8 +13,8 @@ namespace orvel {
 //   name       io.github.orvel.Orvel
 //   object     /io/github/orvel/Orvel/Status
 //   interface  io.github.orvel.Orvel.Status
-//     properties (read-only strings)  Title, Label, State, NextName, NextMoment
-//     methods                         ShowPanel(), OpenImsakiye(), OpenSettings()
+//     properties (read-only)  Title, Label, State, NextName, NextMoment (strings), Playing (boolean)
+//     methods                 ShowPanel(), OpenImsakiye(), OpenSettings(), StopSound()
 //
 // org.freedesktop.DBus.Properties.PropertiesChanged carries the properties that changed, once per
 // change and never for an unchanged minute. NextMoment is ISO 8601 with the place's offset, so
@@ -27,6 +27,7 @@ class DBusStatusService : public StatusService {
     Q_PROPERTY(QString State READ state)
     Q_PROPERTY(QString NextName READ nextName)
     Q_PROPERTY(QString NextMoment READ nextMoment)
+    Q_PROPERTY(bool Playing READ playing)
 
 public:
     static constexpr auto serviceName = StatusBus::serviceName;
@@ -45,11 +46,14 @@ public:
     QString state() const { return status_.state; }
     QString nextName() const { return status_.nextName; }
     QString nextMoment() const { return status_.nextMoment; }
+    bool playing() const { return status_.playing; }
 
 public slots:
     Q_SCRIPTABLE void ShowPanel();
     Q_SCRIPTABLE void OpenImsakiye();
     Q_SCRIPTABLE void OpenSettings();
+    // Silences Orvel's own sound at once (a keyboard shortcut, a panel widget, orvel-cli stop).
+    Q_SCRIPTABLE void StopSound();
 
 private:
     QDBusConnection connection_;

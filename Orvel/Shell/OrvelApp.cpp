@@ -1,5 +1,6 @@
 #include "OrvelApp.h"
 
+#include "AdhanPlayer.h"
 #include "AppModel.h"
 #include "GeneralSettingsView.h"
 #include "ImsakiyeView.h"
@@ -12,6 +13,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QAction>
 #include <QMenu>
 
 namespace orvel {
@@ -40,6 +42,11 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
                                [] { QCoreApplication::quit(); });
     });
 
+    // Shown only while Orvel's own sound plays: one click silences it.
+    QAction *stopSound = menu_->addAction(QStringLiteral("Sesi durdur"), &model_->player(), &AdhanPlayer::stop);
+    stopSound->setObjectName(QStringLiteral("stopSound"));
+    stopSound->setVisible(model_->player().isPlaying());
+    connect(&model_->player(), &AdhanPlayer::isPlayingChanged, stopSound, &QAction::setVisible);
     menu_->addAction(QStringLiteral("İmsakiye"), this, &OrvelApp::openImsakiye);
     menu_->addAction(QStringLiteral("Ayarlar…"), this, &OrvelApp::openSettings);
     menu_->addSeparator();
@@ -50,6 +57,7 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
             [this](QPoint position) { panel_->toggle(anchor(position)); });
     connect(statusItem_.get(), &StatusItem::availabilityChanged, this, &OrvelApp::followStatusItem);
     connect(model_.get(), &AppModel::changed, this, [this] { statusItem_->update(*model_); });
+    connect(model_.get(), &AppModel::panelRequested, this, &OrvelApp::showPanel);
     // The tray picture follows the desktop's light or dark look.
     qApp->installEventFilter(this);
     statusItem_->update(*model_);
@@ -103,6 +111,10 @@ void OrvelApp::publishTo(StatusService &service)
     connect(&service, &StatusService::showPanelRequested, this, &OrvelApp::showPanel);
     connect(&service, &StatusService::openImsakiyeRequested, this, &OrvelApp::openImsakiye);
     connect(&service, &StatusService::openSettingsRequested, this, &OrvelApp::openSettings);
+    connect(&service, &StatusService::stopSoundRequested, this, [this] { model_->player().stop(); });
+    // The sound's start and end are news for followers too, not only the minute's.
+    connect(&model_->player(), &AdhanPlayer::isPlayingChanged, &service,
+            [this, &service] { service.publish(PublishedStatus::of(*model_)); });
     service.publish(PublishedStatus::of(*model_));
 }
 

@@ -1,5 +1,6 @@
 #include "StatusService.h"
 
+#include "AdhanPlayer.h"
 #include "AppModel.h"
 #include "Calendars.h"
 
@@ -22,6 +23,7 @@ PublishedStatus PublishedStatus::of(const AppModel &model)
         status.nextName = QString::fromUtf8(now->next.displayName(model.nextIsRamadan()));
         status.nextMoment = QString::fromStdString(Calendars::iso8601(now->nextTime, model.zone()));
     }
+    status.playing = model.player().isPlaying();
     return status;
 }
 

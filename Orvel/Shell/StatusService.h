@@ -14,6 +14,7 @@ struct PublishedStatus {
     QString state;      // "normal", "kerahat" or "entry"
     QString nextName;   // "Akşam" ("İftar" in Ramadan); empty while nothing is loaded
     QString nextMoment; // "2026-03-10T18:47:00+03:00" in the place's zone; empty while nothing is loaded
+    bool playing = false; // Orvel's own sound plays now
 
     // The model's status. With the icon-only style the title still carries words: a panel that
     // asks for the title has room for them, the choice concerns Orvel's own icon.
@@ -40,6 +41,7 @@ signals:
     void showPanelRequested();
     void openImsakiyeRequested();
     void openSettingsRequested();
+    void stopSoundRequested();
 };
 
 } // namespace orvel

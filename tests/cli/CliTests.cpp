@@ -157,7 +157,7 @@ TEST(Cli, completionsKnowEveryOption)
     const std::string zsh = readFile(ORVEL_COMPLETIONS_DIR "/_orvel-cli");
     const std::string fish = readFile(ORVEL_COMPLETIONS_DIR "/orvel-cli.fish");
     ASSERT_FALSE(bash.empty() || zsh.empty() || fish.empty());
-    for (const std::string command : {"times", "status", "places", "imsakiye"}) {
+    for (const std::string command : {"times", "status", "places", "imsakiye", "stop"}) {
         SCOPED_TRACE(command);
         for (const std::string &shell : {bash, zsh, fish})
             EXPECT_NE(shell.find(command), std::string::npos);
@@ -174,4 +174,12 @@ TEST(Cli, completionsKnowEveryOption)
     for (const std::string value : {"ummAlQura", "genmon", "ramazan"})
         for (const std::string &shell : {bash, zsh, fish})
             EXPECT_NE(shell.find(value), std::string::npos) << value;
+}
+
+TEST(Cli, stopWithoutARunningOrvelSaysSo)
+{
+    const CliRun stop = runCli({"stop"});
+    EXPECT_EQ(stop.status, 1);
+    EXPECT_NE(stop.err.find("Orvel açık değil"), std::string::npos) << stop.err;
+    EXPECT_EQ(runCli({"stop", "--now"}).status, 2) << "stop takes no options";
 }

@@ -13,6 +13,7 @@
 
 #include <QUrl>
 
+#include <QDBusMessage>
 #include <QFile>
 
 inline void PrintTo(const QString &text, std::ostream *out)
@@ -225,6 +226,7 @@ class RecordingServer : public QObject {
 public:
     struct Received {
         QString appName, appIcon, summary, body;
+        QStringList actions;
         QVariantMap hints;
         int expireTimeout = 0;
     };
@@ -246,9 +248,9 @@ public slots:
         return capabilities;
     }
     uint Notify(const QString &appName, uint, const QString &appIcon, const QString &summary, const QString &body,
-                const QStringList &, const QVariantMap &hints, int expireTimeout)
+                const QStringList &actions, const QVariantMap &hints, int expireTimeout)
     {
-        received.push_back({appName, appIcon, summary, body, hints, expireTimeout});
+        received.push_back({appName, appIcon, summary, body, actions, hints, expireTimeout});
         return static_cast<uint>(received.size());
     }
 };
@@ -305,6 +307,7 @@ TEST_F(Delivery, ArrivesAtItsMomentWithEscapedBodyAndSoundHints)
     EXPECT_EQ(shown.summary, "Öğle ezanı · 13:00");
     EXPECT_EQ(shown.body, "Ali &amp; Veli &lt;Köy&gt; için öğle vakti girdi.");
     EXPECT_EQ(shown.expireTimeout, -1);
+    EXPECT_TRUE(shown.actions.isEmpty()) << "a server without actions is offered none";
     EXPECT_EQ(shown.hints.value("sound-name").toString(), "message-new-instant");
     EXPECT_FALSE(shown.hints.contains("suppress-sound"));
     EXPECT_EQ(shown.hints.value("desktop-entry").toString(), "io.github.orvel.Orvel");
@@ -326,6 +329,35 @@ TEST_F(Delivery, ArrivesAtItsMomentWithEscapedBodyAndSoundHints)
     // The server plays sounds itself and was asked what it can do only once.
     EXPECT_EQ(ownSounds, 0);
     EXPECT_EQ(server->capabilityQuestions, 1);
+}
+
+// With Orvel's own sound, the entry offers "Sesi durdur" where the server shows actions; choosing
+// it asks the scheduler to stop the sound, and another program's notification is left alone.
+TEST_F(Delivery, SesiDurdurStopsOrvelsOwnSound)
+{
+    ASSERT_NO_FATAL_FAILURE(start({"body", "actions"}));
+    QSignalSpy stop(scheduler.get(), &NotificationScheduler::stopSoundRequested);
+    QSignalSpy panel(scheduler.get(), &NotificationScheduler::openPanelRequested);
+    NotificationPlan withChime = plan();
+    withChime.systemSound = false;
+    withChime.ownSound = true;
+    scheduler->reschedule(withChime);
+    ASSERT_TRUE(waitForArrivals(1));
+    EXPECT_EQ(server->received.front().actions, (QStringList{"default", "Paneli aç", "stop-sound", "Sesi durdur"}));
+
+    const auto invoke = [&](uint id, const QString &action) {
+        QDBusMessage signal = QDBusMessage::createSignal("/org/freedesktop/Notifications", "org.freedesktop.Notifications",
+                                                         "ActionInvoked");
+        signal << id << action;
+        bus.connect().send(signal);
+    };
+    invoke(99, "stop-sound");
+    invoke(1, "stop-sound");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stop.count() == 1; }, arrivalWaitMs));
+    invoke(1, "default");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel.count() == 1; }, arrivalWaitMs));
+    EXPECT_EQ(stop.count(), 1) << "the other program's notification is not ours";
+
 }
 
 TEST_F(Delivery, PlainServerWithoutSoundGetsRawTextAndOurSound)

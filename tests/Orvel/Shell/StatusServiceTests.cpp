@@ -1,11 +1,14 @@
 #include "../Notifications/PrivateBus.h"
+#include "AdhanPlayer.h"
 #include "DBusStatusService.h"
 #include "OrvelApp.h"
 #include "OrvelFormat.h"
 #include "Panel.h"
 #include "ShellTestSupport.h"
+#include "SoundLibrary.h"
 
 #include <gtest/gtest.h>
+
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -184,6 +187,23 @@ TEST(DBusStatusService, MethodsOpenThePanelAndTheWindows)
     script.call(interface, "OpenImsakiye");
     EXPECT_EQ(orvel.app.windows().window(QString::fromLatin1(Windows::imsakiye)), imsakiye);
     orvel.app.panel().hide();
+}
+
+// While Orvel's own sound plays, Playing says so, and StopSound silences it.
+TEST(DBusStatusService, StopSoundSilencesOrvelsOwnSound)
+{
+    Running orvel(test::testDay()[Prayer::ogle] + 600);
+    Script script(orvel.bus.connect());
+    const std::optional<QString> chime = SoundLibrary::chimePath();
+    ASSERT_TRUE(chime.has_value());
+    EXPECT_EQ(script.properties().value("Playing"), QVariant(false));
+
+    orvel.model.player().play(*chime, 0.0);
+    ASSERT_TRUE(orvel.model.player().isPlaying());
+    EXPECT_EQ(script.properties().value("Playing"), QVariant(true));
+    EXPECT_EQ(script.call(interface, "StopSound").type(), QDBusMessage::ReplyMessage);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !orvel.model.player().isPlaying(); }, 2000));
+    EXPECT_EQ(script.properties().value("Playing"), QVariant(false));
 }
 
 // orvel-cli follows the running Orvel: one line per change of its title, its own clock while

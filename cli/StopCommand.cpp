@@ -1,0 +1,33 @@
+#include "StopCommand.h"
+
+#include "CliOptions.h"
+#include "OrvelBus.h"
+
+#include <ostream>
+
+namespace orvel::cli::StopCommand {
+
+std::string help()
+{
+    OptionTable table;
+    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
+    return "Kullanım: orvel-cli stop\n\n"
+           "Açık olan Orvel'in çaldığı vakit sesini hemen susturur. Bir kısayol tuşuna ya da panel\n"
+           "düğmesine bağlanabilir. Orvel açık değilse 1 ile çıkar.\n\n"
+           "Seçenekler:\n"
+        + table.help();
+}
+
+int run(const std::vector<std::string> &args, const Clock &, std::ostream &, std::ostream &err)
+{
+    OptionTable table;
+    table.add({"--help", "", "", [](std::string_view) {}});
+    table.parse(args);
+    if (!OrvelBus::call("StopSound")) {
+        err << "orvel-cli: Orvel açık değil; susturulacak ses yok\n";
+        return 1;
+    }
+    return 0;
+}
+
+} // namespace orvel::cli::StopCommand
