@@ -157,42 +157,44 @@ std::string timeWithLocative(Instant instant, const TimeZone &zone)
     return time(instant, zone) + "'" + locativeSuffix(spokenLast);
 }
 
-std::string locativeSuffix(int64_t number)
-{
-    static const std::vector<std::string> vowelLetters = characters(vowels);
-    static const std::vector<std::string> backVowelLetters = characters(backVowels);
-    // After a voiceless consonant the ending hardens: "üçte", "kırkta".
-    static const std::vector<std::string> voiceless = characters("çfhkpsşt");
-    const uint64_t magnitude = number < 0 ? 0 - static_cast<uint64_t>(number) : static_cast<uint64_t>(number);
-    const std::vector<std::string> letters = characters(numberWord(magnitude));
+namespace {
 
-    std::string lastVowel(defaultLastVowel);
-    for (const std::string &letter : letters) {
-        if (isAmong(letter, vowelLetters))
-            lastVowel = letter;
-    }
-    const std::string lastLetter = letters.empty() ? std::string(defaultLastLetter) : letters.back();
-    const std::string_view consonant = isAmong(lastLetter, voiceless) ? "t" : "d";
-    return std::string(consonant) + (isAmong(lastVowel, backVowelLetters) ? "a" : "e");
-}
+// What a case ending follows in a number read aloud: its last vowel and its last letter.
+struct SpokenEnd {
+    bool backVowel = false;
+    std::string lastLetter;
+};
 
-std::string dativeSuffix(int64_t number)
+SpokenEnd spokenEnd(int64_t number)
 {
     static const std::vector<std::string> vowelLetters = characters(vowels);
     static const std::vector<std::string> backVowelLetters = characters(backVowels);
     // A negative number is read as "eksi" and its magnitude, which decides the ending.
     const uint64_t magnitude = number < 0 ? 0 - static_cast<uint64_t>(number) : static_cast<uint64_t>(number);
     const std::vector<std::string> letters = characters(numberWord(magnitude));
-
     std::string lastVowel(defaultLastVowel);
     for (const std::string &letter : letters) {
         if (isAmong(letter, vowelLetters))
             lastVowel = letter;
     }
-    const std::string_view endingVowel = isAmong(lastVowel, backVowelLetters) ? "a" : "e";
-    const std::string lastLetter = letters.empty() ? std::string(defaultLastLetter) : letters.back();
-    const std::string_view buffer = isAmong(lastLetter, vowelLetters) ? "y" : "";
-    return std::string(buffer) + std::string(endingVowel);
+    return {isAmong(lastVowel, backVowelLetters), letters.empty() ? std::string(defaultLastLetter) : letters.back()};
+}
+
+} // namespace
+
+std::string locativeSuffix(int64_t number)
+{
+    // After a voiceless consonant the ending hardens: "üçte", "kırkta".
+    static const std::vector<std::string> voiceless = characters("çfhkpsşt");
+    const SpokenEnd end = spokenEnd(number);
+    return std::string(isAmong(end.lastLetter, voiceless) ? "t" : "d") + (end.backVowel ? "a" : "e");
+}
+
+std::string dativeSuffix(int64_t number)
+{
+    static const std::vector<std::string> vowelLetters = characters(vowels);
+    const SpokenEnd end = spokenEnd(number);
+    return std::string(isAmong(end.lastLetter, vowelLetters) ? "y" : "") + (end.backVowel ? "a" : "e");
 }
 
 std::string lowercased(const std::string &text)

@@ -29,6 +29,14 @@ TEST(OrvelFormat, durationsAndTheDativeEndingOfTheLastSpokenNumber)
         EXPECT_EQ(OrvelFormat::timeWithDative(midnight + c.hour * 3600 + c.minute * 60, istanbul), c.text);
     for (const int number : {60, 90, 100}) // altmış, doksan, yüz
         EXPECT_EQ(OrvelFormat::dativeSuffix(number), "e") << number;
+
+    // The locative hardens after a voiceless consonant and follows the last vowel.
+    const struct { int hour, minute; const char *text; } at[] = {
+        {12, 53, "12:53'te"}, {12, 30, "12:30'da"}, {12, 40, "12:40'ta"}, {12, 50, "12:50'de"}, {12, 0, "12:00'de"},
+        {6, 0, "06:00'da"},   {9, 0, "09:00'da"},   {14, 0, "14:00'te"},  {15, 0, "15:00'te"},  {16, 50, "16:50'de"},
+    };
+    for (const auto &c : at)
+        EXPECT_EQ(OrvelFormat::timeWithLocative(midnight + c.hour * 3600 + c.minute * 60, istanbul), c.text);
 }
 
 TEST(OrvelFormat, textsFollowThePlacesZone)
