@@ -2,6 +2,7 @@
 
 #include "AdhanPlayer.h"
 #include "Defaults.h"
+#include "MediaPlayers.h"
 #include "NotificationScheduler.h"
 #include "OrvelFormat.h"
 #include "Ramadan.h"
@@ -49,6 +50,7 @@ struct AppModel::Private {
     Instant lastWall;
     double lastMonotonic = 0;
     QString lastMissed;
+    MediaPlayers *media = nullptr;
 };
 
 AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services services, QObject *parent)
@@ -82,6 +84,14 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     iconRemaining_ = settings.iconRemaining;
     timesOptions_ = settings.times;
     fridayMinutes_ = settings.fridayMinutes;
+    pauseMedia_ = settings.pauseMedia;
+    d->media = services.mediaPlayers ? services.mediaPlayers
+                                     : (startServices ? MediaPlayers::createForPlatform(this) : new MediaPlayers(this));
+    // What the entry sound paused goes on when it ends, however it ends.
+    connect(player_.get(), &AdhanPlayer::isPlayingChanged, this, [this](bool playing) {
+        if (!playing)
+            d->media->resumePaused();
+    });
     d->lastWall = d->clock->now();
     d->lastMonotonic = d->clock->monotonicSeconds();
 
@@ -118,6 +128,7 @@ void AppModel::adoptStoredSettings()
     adopt(iconRemaining_, stored.iconRemaining, &AppModel::setIconRemaining);
     adopt(timesOptions_, stored.times, &AppModel::setTimesOptions);
     adopt(fridayMinutes_, stored.fridayMinutes, &AppModel::setFridayMinutes);
+    adopt(pauseMedia_, stored.pauseMedia, &AppModel::setPauseMedia);
 }
 
 AppModel::~AppModel()
@@ -263,6 +274,12 @@ void AppModel::setFridayMinutes(int64_t minutes)
     Defaults::write(Key::fridayReminder, qint64(minutes));
     assign(fridayMinutes_, minutes, &AppModel::fridayMinutesChanged);
     rescheduleNotifications();
+}
+
+void AppModel::setPauseMedia(bool pause)
+{
+    Defaults::write(Key::pauseMedia, pause);
+    assign(pauseMedia_, pause, &AppModel::pauseMediaChanged);
 }
 
 void AppModel::toggleNotification(Prayer prayer)
@@ -471,8 +488,13 @@ void AppModel::playAdhanIfNeeded()
     d->lastPlayedKey = key;
     if (quietHours_.contains(d->clock->now(), TimeZone::current()))
         return;
-    if (const std::optional<QString> path = soundPath())
-        player_->play(*path, soundVolume_);
+    const std::optional<QString> path = soundPath();
+    if (!path)
+        return;
+    player_->play(*path, soundVolume_);
+    // After play(), whose stop of an earlier sound would resume what is paused here.
+    if (pauseMedia_ && player_->isPlaying())
+        d->media->pausePlaying();
 }
 
 std::optional<QString> AppModel::soundPath() const

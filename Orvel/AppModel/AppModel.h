@@ -33,6 +33,7 @@ class QTimer;
 namespace orvel {
 
 class AdhanPlayer;
+class MediaPlayers;
 class SystemEvents;
 
 // What the model talks to; anything left empty gets the application's own.
@@ -41,6 +42,7 @@ struct AppModelServices {
     std::shared_ptr<PrayerRepository> repository;       // default: cache folder + web client
     NotificationScheduler *scheduler = nullptr;         // default: NotificationScheduler::shared()
     SystemEvents *systemEvents = nullptr;               // default: the platform's (wake, clock, zone)
+    MediaPlayers *mediaPlayers = nullptr;               // default: the platform's (none without services)
 };
 
 // The one object holding the application's state: the settings, today's and tomorrow's times,
@@ -99,6 +101,9 @@ public:
     // "Cuma hatırlatması": minutes before Öğle on Fridays, 0 for none.
     int64_t fridayMinutes() const { return fridayMinutes_; }
     void setFridayMinutes(int64_t minutes);
+    // Media players pause while the entry sound plays, and go on after it.
+    bool pauseMedia() const { return pauseMedia_; }
+    void setPauseMedia(bool pause);
 
     // State (not persisted).
     const std::optional<DayTimes> &today() const { return today_; }
@@ -166,6 +171,7 @@ signals:
     void iconRemainingChanged();
     void timesOptionsChanged();
     void fridayMinutesChanged();
+    void pauseMediaChanged();
     void todayChanged();
     void tomorrowChanged();
     void sourceChanged();
@@ -221,6 +227,7 @@ private:
     std::optional<bool> iconRemaining_;
     TimesOptions timesOptions_;
     int64_t fridayMinutes_ = 0;
+    bool pauseMedia_ = true;
 
     std::optional<DayTimes> today_;
     std::optional<DayTimes> tomorrow_;

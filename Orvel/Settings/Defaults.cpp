@@ -266,6 +266,7 @@ Settings load()
     if (const auto minutes = integer(Key::fridayReminder);
         minutes && std::ranges::find(fridayReminderOptions, *minutes) != fridayReminderOptions.end())
         settings.fridayMinutes = *minutes;
+    settings.pauseMedia = boolean(Key::pauseMedia).value_or(settings.pauseMedia);
     return settings;
 }
 

@@ -25,7 +25,7 @@
 
 namespace orvel {
 
-// The persisted settings: the per-user store, its 17 keys, their stored forms, and the rules
+// The persisted settings: the per-user store, its 18 keys, their stored forms, and the rules
 // that turn whatever is stored into a valid setting.
 //
 // The store is QSettings; in its INI form (Linux) every value written by an earlier run comes
@@ -51,6 +51,7 @@ enum class Key {
     iconRemaining,   // boolean, "Simgede kalan süre"; absent: as suits the panel
     times,           // JSON of TimesOptions, as data
     fridayReminder,  // integer, minutes before Öğle on Fridays: 0 (off), 15, 30, 45, 60
+    pauseMedia,      // boolean, media players pause while the entry sound plays
 };
 
 constexpr std::array<int64_t, 5> fridayReminderOptions{0, 15, 30, 45, 60};
@@ -60,7 +61,7 @@ struct KeyName {
     Key key;
     const char *name;
 };
-constexpr std::array<KeyName, 17> keyNames{{
+constexpr std::array<KeyName, 18> keyNames{{
     {Key::location, "location"},
     {Key::method, "method"},
     {Key::menuBarStyle, "menuBarStyle"},
@@ -78,6 +79,7 @@ constexpr std::array<KeyName, 17> keyNames{{
     {Key::iconRemaining, "iconRemaining"},
     {Key::times, "times"},
     {Key::fridayReminder, "fridayReminder"},
+    {Key::pauseMedia, "pauseMedia"},
 }};
 
 // The stored name of the key ("location", "kerahatShow", …).
@@ -149,6 +151,7 @@ struct Settings {
     std::optional<bool> iconRemaining;
     TimesOptions times;
     int64_t fridayMinutes = 0;
+    bool pauseMedia = true;
 };
 
 // The stored settings, each one that is missing or unusable replaced by its default.

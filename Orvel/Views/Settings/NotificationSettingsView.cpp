@@ -190,6 +190,12 @@ QWidget *NotificationSettingsView::makeSoundSection()
                            6);
     volumeRow_ = section->addRow(row(QStringLiteral("Ses düzeyi"), controls));
 
+    pauseMedia_ = new Switch(QStringLiteral("Medyayı duraklat"));
+    pauseMedia_->setObjectName(QStringLiteral("Medyayı duraklat"));
+    connect(pauseMedia_, &Switch::toggled, &model_, &AppModel::setPauseMedia);
+    pauseMediaRow_ = section->addRow(row(QStringLiteral("Medyayı duraklat"), pauseMedia_,
+                                         QStringLiteral("Vakit sesi çalarken müzik ve videolar bekler, sonra sürer")));
+
     quiet_ = new Switch(QStringLiteral("Sessiz saatler"));
     connect(quiet_, &Switch::toggled, this, [this](bool on) {
         QuietHours hours = model_.quietHours();
@@ -246,6 +252,11 @@ void NotificationSettingsView::refresh()
     fileName_->setToolTip(name);
 
     volumeRow_->setVisible(sound.isPlayedByApp());
+    pauseMediaRow_->setVisible(sound.isPlayedByApp());
+    {
+        const QSignalBlocker blocker(pauseMedia_);
+        pauseMedia_->setChecked(model_.pauseMedia());
+    }
     {
         const QSignalBlocker blocker(volume_);
         volume_->setValue(static_cast<int>(std::lround(model_.soundVolume() * sliderSteps)));

@@ -1,5 +1,6 @@
 #include "AdhanPlayer.h"
 #include "AppModel.h"
+#include "MediaPlayers.h"
 #include "Defaults.h"
 #include "HijriDate.h"
 #include "NotificationBackend.h"
@@ -500,6 +501,36 @@ TEST(AppModelSettings, ATimeThatEnteredWhileAsleepIsToldOnce)
     harness.clock->advance(3 * 3600);
     model->tick();
     EXPECT_EQ(backend->shown.size(), 1u);
+}
+
+// The entry sound pauses the desktop's media players, and they go on once it stops; with the
+// setting off they are left alone.
+TEST(AppModelSettings, TheEntrySoundPausesMediaAndResumesIt)
+{
+    struct CountingPlayers : MediaPlayers {
+        int pauses = 0;
+        int resumes = 0;
+        void pausePlaying() override { ++pauses; }
+        void resumePaused() override { ++resumes; }
+    } players;
+    const DayTimes day = PrayerCalculator::times({2026, 11, 10}, Location::istanbul(), CalculationMethod::diyanet);
+    Harness harness(day[Prayer::ogle] - 30);
+    const auto model = std::make_unique<AppModel>(
+        std::nullopt, false, AppModel::Services{harness.clock, harness.repository, &harness.scheduler, nullptr, &players});
+    model->setAdhanSound(AdhanSound::chime);
+    ASSERT_TRUE(reloadAndWait(*model));
+    harness.clock->advance(35);
+    model->tick();
+    ASSERT_TRUE(model->player().isPlaying());
+    EXPECT_EQ(players.pauses, 1);
+    model->player().stop();
+    EXPECT_EQ(players.resumes, 1);
+
+    model->setPauseMedia(false);
+    harness.clock->set(day[Prayer::ikindi] + 5);
+    model->tick();
+    EXPECT_EQ(players.pauses, 1);
+    model->player().stop();
 }
 
 using StatusImage::Style;

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "MediaPlayers.h"
+
+#include <QDBusConnection>
+
+namespace orvel {
+
+// MPRIS: every org.mpris.MediaPlayer2.* name on the bus whose PlaybackStatus is "Playing" is
+// told to Pause, and exactly those are told to Play afterwards. Calls never wait for answers.
+class MprisPlayers : public MediaPlayers {
+    Q_OBJECT
+
+public:
+    explicit MprisPlayers(QDBusConnection connection, QObject *parent = nullptr);
+
+    void pausePlaying() override;
+    void resumePaused() override;
+    const QStringList &paused() const { return paused_; }
+
+private:
+    QDBusConnection connection_;
+    QStringList paused_;
+};
+
+} // namespace orvel
