@@ -503,8 +503,8 @@ TEST(AppModelSettings, ATimeThatEnteredWhileAsleepIsToldOnce)
     EXPECT_EQ(backend->shown.size(), 1u);
 }
 
-// The entry sound pauses the desktop's media players, and they go on once it stops; with the
-// setting off they are left alone.
+// The entry sound pauses the desktop's media players, and they go on once "Sesi durdur" stops it;
+// with the setting off they are left alone.
 TEST(AppModelSettings, TheEntrySoundPausesMediaAndResumesIt)
 {
     struct CountingPlayers : MediaPlayers {
@@ -523,7 +523,9 @@ TEST(AppModelSettings, TheEntrySoundPausesMediaAndResumesIt)
     model->tick();
     ASSERT_TRUE(model->player().isPlaying());
     EXPECT_EQ(players.pauses, 1);
-    model->player().stop();
+    // "Sesi durdur" on the entry notification stops it.
+    emit harness.scheduler.stopSoundRequested();
+    EXPECT_FALSE(model->player().isPlaying());
     EXPECT_EQ(players.resumes, 1);
 
     model->setPauseMedia(false);
