@@ -72,6 +72,7 @@ void DBusMenu::setMenu(QMenu *menu)
     if (menu_)
         menu_->removeEventFilter(this);
     menu_ = menu;
+    filtered_ = menu;
     // An entry shown, hidden, added or renamed is a new layout for the panel to fetch.
     if (menu_)
         menu_->installEventFilter(this);
@@ -82,7 +83,9 @@ void DBusMenu::setMenu(QMenu *menu)
 bool DBusMenu::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    if (watched == menu_ && (type == QEvent::ActionChanged || type == QEvent::ActionAdded || type == QEvent::ActionRemoved)) {
+    // Compared by address: a menu being destroyed still removes its actions, and is no QMenu by
+    // then.
+    if (watched == filtered_ && (type == QEvent::ActionChanged || type == QEvent::ActionAdded || type == QEvent::ActionRemoved)) {
         ++revision_;
         emit LayoutUpdated(revision_, 0);
     }

@@ -74,6 +74,7 @@ private:
     DBusMenuLayoutItem layout() const;
 
     QPointer<QMenu> menu_;
+    const QObject *filtered_ = nullptr;
     uint revision_ = 1;
 };
 
