@@ -205,9 +205,8 @@ std::optional<std::vector<DayTimes>> PrayerRepository::fetchOnline(MonthKey mont
     } catch (...) {
         return std::nullopt;
     }
-    // The wrong days, a day missing or impossible times are a bad answer: computed instead,
-    // kept nowhere, and asked for again next time.
-    if (!MonthCheck::isWhole(days, month, location, method, location.timeZone()))
+    // The fetch vouches for the month (the web client checks it); an empty one is no answer.
+    if (days.empty())
         return std::nullopt;
     store(cacheFileName(month, location, method), days);
     return days;

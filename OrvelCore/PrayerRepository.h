@@ -26,6 +26,7 @@ namespace orvel {
 // while a month is fetched, so a slow network never blocks another caller.
 class PrayerRepository {
 public:
+    // Gives the whole month (as MonthCheck has it) or throws; AladhanClient::month checks it.
     using MonthFetch = std::function<std::vector<DayTimes>(MonthKey, const Location &, CalculationMethod)>;
 
     struct Answer {

@@ -57,8 +57,8 @@ TEST(MprisPlayers, PausesThePlayingAndResumesThemAlone)
 
     MprisPlayers players(bus.connect());
     players.pausePlaying();
-    EXPECT_EQ(players.paused(), QStringList{"org.mpris.MediaPlayer2.music"});
     EXPECT_TRUE(QTest::qWaitFor([&] { return playing.pauses == 1; }, 5000));
+    EXPECT_EQ(players.paused(), QStringList{"org.mpris.MediaPlayer2.music"});
     players.resumePaused();
     EXPECT_TRUE(QTest::qWaitFor([&] { return playing.plays == 1; }, 5000));
     EXPECT_TRUE(players.paused().isEmpty());
