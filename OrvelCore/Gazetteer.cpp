@@ -29,9 +29,14 @@ constexpr double diyanetReachKilometres = 15;
 constexpr auto turkeyZone = "Europe/Istanbul";
 constexpr auto turkeyCountry = "Türkiye";
 
-// Regions that libgeonames names only in English ("Mecca Region", "Jerusalem District").
-constexpr std::array<std::string_view, 10> englishRegionWords{"Region", "District", "Province", "Governorate", "Prefecture",
-                                        "County", "Municipality", "Oblast", "Voivodeship", "Department"};
+// Words that mark a region the library left in English ("Mecca Region", "Central Java", "Lima
+// region"); folded, as they are compared.
+constexpr std::array<std::string_view, 44> englishRegionWords{
+    "region", "district", "province", "governorate", "prefecture", "county", "municipality", "oblast", "voivodeship",
+    "voivodship", "department", "division", "republic", "autonomous", "state", "territory", "capital", "special",
+    "free", "islands", "peninsula", "valley", "country", "city", "saint", "central", "north", "south", "east", "west",
+    "northern", "southern", "eastern", "western", "upper", "lower", "greater", "lesser", "kray", "krai", "canton",
+    "of", "and", "the"};
 
 struct CityDeleter {
     void operator()(GeonamesCity *city) const { geonames_city_free(city); }
@@ -65,14 +70,42 @@ std::vector<std::string> words(std::string_view text)
     return result;
 }
 
-std::string withoutEnglishRegion(const std::string &state)
+struct Names {
+    std::string name;
+    std::string state;
+};
+
+// A region the library translated is Turkish; one it left as it was keeps its name unless that is
+// English or only repeats its city's ("Moscow, Moskova").
+std::string withoutEnglishRegion(const std::string &state, const Names &untranslated)
 {
-    const std::vector<std::string> parts = words(state);
+    if (state != untranslated.state)
+        return state;
+    if (fold(state) == fold(untranslated.name))
+        return {};
+    const std::vector<std::string> parts = words(fold(state));
     const bool english = std::ranges::any_of(parts, [](const std::string &word) {
-        return std::ranges::find(englishRegionWords, word) != englishRegionWords.end() || word == "of";
+        return std::ranges::find(englishRegionWords, word) != englishRegionWords.end();
     });
     return english ? std::string() : state;
 }
+
+// The library translates its names as they are asked for. With its catalogs out of reach it gives
+// its own, English ones; the catalogs come back when this goes.
+class UntranslatedNames {
+public:
+    UntranslatedNames()
+        : folder_(copy(bindtextdomain("geonames", nullptr)))
+    {
+        bindtextdomain("geonames", "/dev/null");
+    }
+    ~UntranslatedNames() { bindtextdomain("geonames", folder_.empty() ? nullptr : folder_.c_str()); }
+    UntranslatedNames(const UntranslatedNames &) = delete;
+    UntranslatedNames &operator=(const UntranslatedNames &) = delete;
+
+private:
+    std::string folder_;
+};
 
 std::optional<double> number(const std::string &text)
 {
@@ -102,27 +135,37 @@ struct Index::Data {
     struct Entry {
         Place place;
         std::string key;                // the folded name
-        std::vector<std::string> words; // folded words of name, state and country
+        // The folded words of name, state, country and aliases, each after a space (" kadikoy
+        // istanbul …"): one string per place keeps the world's index small.
+        std::string words;
         std::vector<std::string> aliases; // other exact names ("amasya merkez")
     };
     std::vector<Entry> entries;
     std::string problem;
 
-    void add(Place place, std::vector<std::string> aliases = {})
+    void add(Place place, const std::vector<std::string> &aliases = {})
     {
         Entry entry;
         entry.key = fold(place.name);
-        for (const std::string *part : {&place.name, &place.state, &place.country}) {
-            for (std::string &word : words(fold(*part)))
-                entry.words.push_back(std::move(word));
-        }
-        for (const std::string &alias : aliases) {
-            entry.aliases.push_back(fold(alias));
-            for (std::string &word : words(entry.aliases.back()))
-                entry.words.push_back(std::move(word));
-        }
         entry.place = std::move(place);
+        for (const std::string &alias : aliases)
+            entry.aliases.push_back(fold(alias));
+        indexWords(entry);
         entries.push_back(std::move(entry));
+    }
+
+    static void indexWords(Entry &entry)
+    {
+        entry.words.clear();
+        for (const std::string *part : {&entry.place.name, &entry.place.state, &entry.place.country}) {
+            for (const std::string &word : words(fold(*part)))
+                entry.words += ' ' + word;
+        }
+        for (const std::string &alias : entry.aliases) {
+            for (const std::string &word : words(alias))
+                entry.words += ' ' + word;
+        }
+        entry.words.shrink_to_fit();
     }
 
     void readTurkey(const std::filesystem::path &file);
@@ -184,14 +227,35 @@ void Index::Data::readTurkey(const std::filesystem::path &file)
 void Index::Data::readWorld()
 {
     const gint count = geonames_get_n_cities();
+    std::vector<size_t> entryOfCity(static_cast<size_t>(std::max(count, 0)), entries.size() + static_cast<size_t>(count));
     for (gint i = 0; i < count; ++i) {
         const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(i));
         if (!city || copy(geonames_city_get_country_code(city.get())) == "TR")
             continue;
-        add({copy(geonames_city_get_name(city.get())), withoutEnglishRegion(copy(geonames_city_get_state(city.get()))),
+        add({copy(geonames_city_get_name(city.get())), copy(geonames_city_get_state(city.get())),
              copy(geonames_city_get_country(city.get())), copy(geonames_city_get_timezone(city.get())),
              geonames_city_get_latitude(city.get()), geonames_city_get_longitude(city.get())});
         entries.back().place.population = geonames_city_get_population(city.get());
+        entryOfCity[static_cast<size_t>(i)] = entries.size() - 1;
+    }
+
+    // The library's own names answer a search typed the international way ("Barcelona",
+    // "Munich"), and tell which regions it left untranslated.
+    const UntranslatedNames untranslated;
+    for (gint i = 0; i < count; ++i) {
+        if (entryOfCity[static_cast<size_t>(i)] >= entries.size())
+            continue;
+        Entry &entry = entries[entryOfCity[static_cast<size_t>(i)]];
+        const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(i));
+        const Names own{copy(geonames_city_get_name(city.get())), copy(geonames_city_get_state(city.get()))};
+        std::string state = withoutEnglishRegion(entry.place.state, own);
+        const bool alias = fold(own.name) != entry.key;
+        if (!alias && state == entry.place.state)
+            continue;
+        if (alias)
+            entry.aliases.push_back(fold(own.name));
+        entry.place.state = std::move(state);
+        indexWords(entry);
     }
 }
 
@@ -237,10 +301,14 @@ std::vector<Place> Index::search(std::string_view query, size_t limit) const
         int64_t population;
         const Place *place;
     };
+    // Each word of the query begins a word of the place.
+    std::vector<std::string> starts;
+    for (const std::string &word : queryWords)
+        starts.push_back(' ' + word);
     std::vector<Hit> hits;
     for (const Data::Entry &entry : data_->entries) {
-        const bool all = std::ranges::all_of(queryWords, [&](const std::string &word) {
-            return std::ranges::any_of(entry.words, [&](const std::string &own) { return own.starts_with(word); });
+        const bool all = std::ranges::all_of(starts, [&](const std::string &start) {
+            return entry.words.find(start) != std::string::npos;
         });
         if (!all)
             continue;

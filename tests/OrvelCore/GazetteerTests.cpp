@@ -52,6 +52,26 @@ TEST(GazetteerIndex, ExactNamesComeFirstThenTheMostPopulous)
     EXPECT_TRUE(index.search("  ").empty());
 }
 
+TEST(GazetteerIndex, TownsAbroadSpeakTurkishAndAnswerTheirInternationalNames)
+{
+    const Gazetteer::Index world(Gazetteer::defaultTurkeyFile(), true);
+    // Turkish names where the library has them, found by the names the world types too.
+    EXPECT_EQ(names(world.search("Münih")).at(0), "Bavyera, Münih");
+    EXPECT_EQ(names(world.search("Munich")).at(0), "Bavyera, Münih");
+    const std::vector<std::string> barcelona = names(world.search("Barcelona"));
+    ASSERT_GE(barcelona.size(), 2u);
+    EXPECT_EQ(barcelona[0].substr(barcelona[0].size() - 9), "Barselona") << "the largest first";
+    // No English region words, and no region that only repeats its town.
+    EXPECT_EQ(names(world.search("Kudus")), (std::vector<std::string>{"Kudüs", "Kudus"}));
+    EXPECT_EQ(names(world.search("Moskova")).at(0), "Moskova");
+    for (const char *query : {"Paris", "Gornji Milanovac", "Yogyakarta", "Cape Town", "Lisboa", "Nagoya"}) {
+        for (const std::string &name : names(world.search(query))) {
+            for (const char *word : {"Region", "Province", "District", "Prefecture", "Central", "Western", "Special"})
+                EXPECT_EQ(name.find(word), std::string::npos) << name;
+        }
+    }
+}
+
 TEST(GazetteerIndex, AMissingOrDamagedFileIsSaidAndLeavesTheWorld)
 {
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / ("orvel-gazetteer-" + std::to_string(getpid()));
