@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <numbers>
+#include <utility>
 
 #include <geonames/geonames.h>
 #include <libintl.h>
@@ -31,12 +32,20 @@ constexpr auto turkeyCountry = "Türkiye";
 
 // Words that mark a region the library left in English ("Mecca Region", "Central Java", "Lima
 // region"); folded, as they are compared.
-constexpr std::array<std::string_view, 44> englishRegionWords{
+constexpr std::array<std::string_view, 49> englishRegionWords{
     "region", "district", "province", "governorate", "prefecture", "county", "municipality", "oblast", "voivodeship",
     "voivodship", "department", "division", "republic", "autonomous", "state", "territory", "capital", "special",
-    "free", "islands", "peninsula", "valley", "country", "city", "saint", "central", "north", "south", "east", "west",
-    "northern", "southern", "eastern", "western", "upper", "lower", "greater", "lesser", "kray", "krai", "canton",
-    "of", "and", "the"};
+    "free", "islands", "peninsula", "valley", "country", "city", "saint", "emirate", "central", "north", "south",
+    "east", "west", "northern", "southern", "eastern", "western", "northwest", "northeast", "southwest", "southeast",
+    "upper", "lower", "greater", "lesser", "kray", "krai", "canton", "of", "and", "the"};
+
+// Regions the library leaves in their English names though Turkish has its own.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 18> turkishRegionNames{{
+    {"Apulia", "Puglia"}, {"Attica", "Atika"}, {"Azores", "Azorlar"}, {"Catalonia", "Katalonya"},
+    {"Corsica", "Korsika"}, {"Crete", "Girit"}, {"Epirus", "Epir"}, {"Hesse", "Hessen"}, {"Lombardy", "Lombardiya"},
+    {"Moscow", "Moskova"}, {"Navarre", "Navarra"}, {"Normandy", "Normandiya"}, {"Sardinia", "Sardunya"},
+    {"Saxony", "Saksonya"}, {"Scotland", "İskoçya"}, {"Styria", "Steiermark"}, {"Thessaly", "Teselya"},
+    {"Tyrol", "Tirol"}}};
 
 struct CityDeleter {
     void operator()(GeonamesCity *city) const { geonames_city_free(city); }
@@ -83,6 +92,9 @@ std::string withoutEnglishRegion(const std::string &state, const Names &untransl
         return state;
     if (fold(state) == fold(untranslated.name))
         return {};
+    const auto turkish = std::ranges::find(turkishRegionNames, state, &std::pair<std::string_view, std::string_view>::first);
+    if (turkish != turkishRegionNames.end())
+        return std::string(turkish->second);
     const std::vector<std::string> parts = words(fold(state));
     const bool english = std::ranges::any_of(parts, [](const std::string &word) {
         return std::ranges::find(englishRegionWords, word) != englishRegionWords.end();
