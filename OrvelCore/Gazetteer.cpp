@@ -5,6 +5,7 @@
 #include <charconv>
 #include <clocale>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -239,7 +240,8 @@ void Index::Data::readTurkey(const std::filesystem::path &file)
 void Index::Data::readWorld()
 {
     const gint count = geonames_get_n_cities();
-    std::vector<size_t> entryOfCity(static_cast<size_t>(std::max(count, 0)), entries.size() + static_cast<size_t>(count));
+    constexpr size_t none = SIZE_MAX;
+    std::vector<size_t> entryOfCity(static_cast<size_t>(std::max(count, 0)), none);
     for (gint i = 0; i < count; ++i) {
         const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(i));
         if (!city || copy(geonames_city_get_country_code(city.get())) == "TR")
@@ -255,10 +257,10 @@ void Index::Data::readWorld()
     // "Munich"), and tell which regions it left untranslated.
     const UntranslatedNames untranslated;
     for (gint i = 0; i < count; ++i) {
-        if (entryOfCity[static_cast<size_t>(i)] >= entries.size())
+        const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(i));
+        if (entryOfCity[static_cast<size_t>(i)] == none || !city)
             continue;
         Entry &entry = entries[entryOfCity[static_cast<size_t>(i)]];
-        const std::unique_ptr<GeonamesCity, CityDeleter> city(geonames_get_city(i));
         const Names own{copy(geonames_city_get_name(city.get())), copy(geonames_city_get_state(city.get()))};
         std::string state = withoutEnglishRegion(entry.place.state, own);
         const bool alias = fold(own.name) != entry.key;
