@@ -105,6 +105,9 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
 
 void DBusStatusItem::watchPanelColors()
 {
+    // Only Plasma's panel follows kdeglobals; elsewhere the config folder's churn is none of ours.
+    if (!PanelColors::followsKdeGlobals())
+        return;
     const QString path = PanelColors::kdeGlobalsPath();
     colorsWatcher_ = new QFileSystemWatcher(this);
     // The folder too: the file is replaced rather than written in place, and may not exist yet.

@@ -28,6 +28,20 @@ std::optional<QColor> rgb(const QString &text)
     return QColor(channels[0], channels[1], channels[2]);
 }
 
+enum class Panel { gnome, plasma, other };
+
+// The first desktop of XDG_CURRENT_DESKTOP that says whose panel it is.
+Panel panelOf(const QString &currentDesktop)
+{
+    for (const QString &desktop : currentDesktop.split(u':', Qt::SkipEmptyParts)) {
+        if (gnomeDesktops.contains(desktop, Qt::CaseInsensitive))
+            return Panel::gnome;
+        if (desktop.compare(QStringLiteral("KDE"), Qt::CaseInsensitive) == 0)
+            return Panel::plasma;
+    }
+    return Panel::other;
+}
+
 double linear(double channel)
 {
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -90,24 +104,29 @@ QString kdeGlobalsPath()
 
 std::optional<Palette> forDesktop(const QString &currentDesktop, const std::optional<QByteArray> &kdeGlobals)
 {
-    const QStringList desktops = currentDesktop.split(u':', Qt::SkipEmptyParts);
-    for (const QString &desktop : desktops) {
-        if (gnomeDesktops.contains(desktop, Qt::CaseInsensitive))
-            return gnomeBar();
-        if (desktop.compare(QStringLiteral("KDE"), Qt::CaseInsensitive) == 0) {
-            const std::optional<Palette> scheme = kdeGlobals ? fromKdeGlobals(*kdeGlobals) : std::nullopt;
-            // Plasma's panel before the user picks a scheme is Breeze.
-            return scheme.value_or(breezeLight());
-        }
+    switch (panelOf(currentDesktop)) {
+    case Panel::gnome:
+        return gnomeBar();
+    case Panel::plasma: {
+        const std::optional<Palette> scheme = kdeGlobals ? fromKdeGlobals(*kdeGlobals) : std::nullopt;
+        // Plasma's panel before the user picks a scheme is Breeze.
+        return scheme.value_or(breezeLight());
+    }
+    case Panel::other:
+        break;
     }
     return std::nullopt;
+}
+
+bool followsKdeGlobals()
+{
+    return panelOf(qEnvironmentVariable("XDG_CURRENT_DESKTOP")) == Panel::plasma;
 }
 
 std::optional<Palette> current()
 {
     std::optional<QByteArray> kdeGlobals;
-    QFile file(kdeGlobalsPath());
-    if (file.open(QIODevice::ReadOnly))
+    if (QFile file(kdeGlobalsPath()); followsKdeGlobals() && file.open(QIODevice::ReadOnly))
         kdeGlobals = file.read(1024 * 1024);
     return forDesktop(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), kdeGlobals);
 }

@@ -32,6 +32,9 @@ QString kdeGlobalsPath();
 // The panel's colours for XDG_CURRENT_DESKTOP (names separated by colons, the most specific
 // first) and the contents of kdeglobals when there is one; none when the desktop does not say.
 std::optional<Palette> forDesktop(const QString &currentDesktop, const std::optional<QByteArray> &kdeGlobals);
+// Whether this session's panel takes its colours from kdeglobals (Plasma), so that the file is
+// worth reading and watching.
+bool followsKdeGlobals();
 // The same for this session.
 std::optional<Palette> current();
 
