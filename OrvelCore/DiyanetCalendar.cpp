@@ -2,6 +2,7 @@
 
 #include "Calendars.h"
 #include "PrayerCalculator.h"
+#include "SafeFile.h"
 #include "SolarPosition.h"
 #include "TimeZone.h"
 
@@ -15,6 +16,8 @@
 #include <map>
 #include <mutex>
 #include <numbers>
+#include <sstream>
+#include <string>
 
 namespace orvel::DiyanetCalendar {
 
@@ -150,11 +153,65 @@ bool criterionHolds(const Sky &sky, double hour, double latitude, double longitu
     return altitude - parallax * std::cos(radians(altitude)) >= minimumAltitude;
 }
 
+// Months whose first day Diyanet announced otherwise than the criteria computed here give it
+// (its published calendars of religious days: Kurban Bayramı 2016 on 12 September, Hicri Yılbaşı
+// 1452 on 3 May 2030, Mevlid Kandili 1455 on 9 June 2033).
+constexpr std::array<std::pair<std::pair<int64_t, int64_t>, DayKey>, 3> announced{{
+    {{1437, 12}, DayKey{2016, 9, 3}},
+    {{1452, 1}, DayKey{2030, 5, 3}},
+    {{1455, 3}, DayKey{2033, 5, 30}},
+}};
+
+// The stored starts' format; a file of another one is computed afresh.
+constexpr std::string_view storeHeader = "# Orvel: Diyanet month starts, v2";
+constexpr std::uintmax_t storeMaxBytes = 1 << 20;
+
+using MonthStarts = std::map<std::pair<int64_t, int64_t>, DayKey>;
+
 std::mutex cacheMutex;
-std::map<std::pair<int64_t, int64_t>, DayKey> &monthStarts()
+MonthStarts &monthStarts()
 {
-    static std::map<std::pair<int64_t, int64_t>, DayKey> starts;
+    static MonthStarts starts;
     return starts;
+}
+std::filesystem::path &storePath()
+{
+    static std::filesystem::path path;
+    return path;
+}
+
+// "1447 9 2026-02-18" lines under the header; lines that do not read are skipped.
+MonthStarts readStore(const std::filesystem::path &path)
+{
+    MonthStarts starts;
+    const auto text = SafeFile::read(path, storeMaxBytes);
+    if (!text || !text->starts_with(storeHeader))
+        return starts;
+    std::istringstream lines(*text);
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line)) {
+        int64_t year = 0, month = 0, y = 0, m = 0, d = 0;
+        char dash1 = 0, dash2 = 0;
+        std::istringstream fields(line);
+        if (!(fields >> year >> month >> y >> dash1 >> m >> dash2 >> d) || dash1 != '-' || dash2 != '-')
+            continue;
+        const DayKey day{y, m, d};
+        if (year < firstYear || year > lastYear || month < 1 || month > 12 || m < 1 || m > 12 || d < 1
+            || d > Calendars::daysInMonth(y, m) || y < 1850 || y > 2200)
+            continue;
+        starts.insert_or_assign({year, month}, day);
+    }
+    return starts;
+}
+
+std::string storeText(const MonthStarts &starts)
+{
+    std::string text(storeHeader);
+    text += '\n';
+    for (const auto &[key, day] : starts)
+        text += std::to_string(key.first) + ' ' + std::to_string(key.second) + ' ' + day.description() + '\n';
+    return text;
 }
 
 std::pair<int64_t, int64_t> shifted(int64_t year, int64_t month, int64_t by)
@@ -210,10 +267,23 @@ bool crescentVisible(const DayKey &evening, double conjunction)
     return false;
 }
 
+void keepMonthStartsIn(const std::filesystem::path &file)
+{
+    MonthStarts stored = readStore(file);
+    const std::lock_guard lock(cacheMutex);
+    storePath() = file;
+    stored.merge(monthStarts());
+    monthStarts() = std::move(stored);
+}
+
 std::optional<DayKey> firstDay(int64_t year, int64_t month)
 {
     if (year < firstYear || year > lastYear || month < 1 || month > 12)
         return std::nullopt;
+    for (const auto &[key, day] : announced) {
+        if (key == std::pair{year, month})
+            return day;
+    }
     {
         const std::lock_guard lock(cacheMutex);
         if (const auto found = monthStarts().find({year, month}); found != monthStarts().end())
@@ -237,6 +307,12 @@ std::optional<DayKey> firstDay(int64_t year, int64_t month)
 
     const std::lock_guard lock(cacheMutex);
     monthStarts().insert_or_assign({year, month}, first);
+    if (!storePath().empty()) {
+        // A failed write only costs the computation again at the next start.
+        std::error_code error;
+        std::filesystem::create_directories(storePath().parent_path(), error);
+        SafeFile::write(storePath(), storeText(monthStarts()));
+    }
     return first;
 }
 

@@ -3,6 +3,7 @@
 #include "DayKey.h"
 #include "HijriDate.h"
 
+#include <filesystem>
 #include <optional>
 
 namespace orvel {
@@ -19,6 +20,10 @@ constexpr int64_t firstYear = 1300;
 constexpr int64_t lastYear = 1600;
 
 HijriDate date(const DayKey &day);
+// Keeps the month starts computed in the file and reads those it holds: they never change, and
+// each costs milliseconds. Call once at start-up, before the first date is asked for.
+void keepMonthStartsIn(const std::filesystem::path &file);
+constexpr const char *storeFileName = "diyanet-month-starts.txt";
 // The Gregorian day on which the Hijri month begins.
 std::optional<DayKey> firstDay(int64_t year, int64_t month);
 

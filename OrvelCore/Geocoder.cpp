@@ -102,6 +102,7 @@ std::vector<Placemark> Geocoder::parseSearch(std::string_view body)
         place.latitude = coordinate(result, "latitude");
         place.longitude = coordinate(result, "longitude");
         place.timeZoneID = text(result, "timezone");
+        place.isoCountryCode = text(result, "country_code");
         places.push_back(std::move(place));
     }
     return places;
@@ -120,6 +121,7 @@ std::vector<Placemark> Geocoder::parseReverse(std::string_view body)
     place.subAdministrativeArea = firstText(parts, {"county", "city_district"});
     place.locality = firstText(parts, {"city", "town", "village"});
     place.subLocality = text(parts, "suburb");
+    place.isoCountryCode = text(parts, "country_code");
     place.name = text(document, "name");
     place.latitude = coordinate(document, "lat");
     place.longitude = coordinate(document, "lon");

@@ -9,23 +9,34 @@ namespace orvel::HighLatitude {
 namespace {
 
 constexpr double latitudeStep = 0.25;
+constexpr int bisections = 24;
 
 bool hasDaytime(const Hours &hours)
 {
     return hours[Prayer::gunes] && hours[Prayer::ogle] && hours[Prayer::ikindi] && hours[Prayer::aksam];
 }
 
-// Walks towards the equator until `found` holds; the equator always has a sunrise.
+// Walks towards the equator until `found` holds (the equator always has a sunrise) and finds the
+// latitude where it begins to hold: that boundary moves smoothly with the sun's declination, so
+// the times it lends do too, and they join the place's own on the day it regains them.
 template<typename Predicate>
 Hours nearest(double latitude, const std::function<Hours(double)> &hoursAt, Predicate found)
 {
     const double direction = latitude > 0 ? -1 : 1;
+    double outside = latitude;
     for (double candidate = latitude; std::fabs(candidate) > 0; candidate += direction * latitudeStep) {
         if (std::fabs(candidate) < latitudeStep)
             candidate = 0;
-        Hours hours = hoursAt(candidate);
-        if (found(hours))
-            return hours;
+        if (!found(hoursAt(candidate))) {
+            outside = candidate;
+            continue;
+        }
+        double inside = candidate;
+        for (int i = 0; i < bisections; ++i) {
+            const double middle = (inside + outside) / 2;
+            (found(hoursAt(middle)) ? inside : outside) = middle;
+        }
+        return hoursAt(inside);
     }
     return hoursAt(0);
 }
@@ -83,6 +94,10 @@ Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, A
     twilight(Prayer::imsak, angles.fajr);
     if (angles.isha)
         twilight(Prayer::yatsi, *angles.isha);
+    if (angles.ishaInterval) {
+        hours[Prayer::yatsi] = sunset + *angles.ishaInterval / 60;
+        result.estimated[Prayer::yatsi] = result.estimated[Prayer::aksam];
+    }
 
     for (const Prayer::Value prayer : Prayer::allCases)
         result.hours[prayer] = hours[prayer].value_or(0) + angles.adjustments[prayer] / 60;
@@ -99,6 +114,19 @@ Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, A
         }
     }
     return result;
+}
+
+std::array<double, 6> spacedMinutes(const std::array<double, 6> &hours, std::array<bool, 6> &estimated)
+{
+    std::array<double, 6> minutes{};
+    for (size_t i = 0; i < hours.size(); ++i) {
+        minutes[i] = std::round(hours[i] * 60);
+        if (i > 0 && minutes[i] < minutes[i - 1] + 1) {
+            minutes[i] = minutes[i - 1] + 1;
+            estimated[i] = true;
+        }
+    }
+    return minutes;
 }
 
 } // namespace orvel::HighLatitude

@@ -23,6 +23,8 @@ struct Resolved {
 struct Angles {
     double fajr = 18;                 // degrees below the horizon
     std::optional<double> isha = 17;  // unset: Yatsı is a fixed interval and always exists
+    // Minutes from Akşam to Yatsı for such a method: kept where Akşam is borrowed too.
+    std::optional<double> ishaInterval;
     // Methods whose İmsak and Yatsı never lie further from the night's ends than the rule's share
     // (the calculator's old convention); Diyanet's rule uses the share only where the angle fails.
     bool capByShare = false;
@@ -36,6 +38,10 @@ struct Angles {
 // the rule sets them from the night; an estimated time is marked. The hours returned include the
 // adjustments.
 Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, Angles angles, HighLatitudeRule rule);
+
+// The hours as whole minutes of the day (nearest, halves away from zero), each at least a minute
+// after the one before; a time moved for that is marked estimated.
+std::array<double, 6> spacedMinutes(const std::array<double, 6> &hours, std::array<bool, 6> &estimated);
 
 } // namespace HighLatitude
 

@@ -1,5 +1,7 @@
 #include "Kerahat.h"
 
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
 namespace orvel {
@@ -52,11 +54,20 @@ std::vector<KerahatInterval> intervals(const DayTimes &day, int64_t sunMinutes, 
 {
     const double sun = static_cast<double>(sunMinutes) * 60;
     const double istiva = static_cast<double>(istivaMinutes) * 60;
-    return {
-        {KerahatKind::sunrise, day[Prayer::gunes], day[Prayer::gunes] + sun},
-        {KerahatKind::istiva, day[Prayer::ogle] - istiva, day[Prayer::ogle]},
-        {KerahatKind::sunset, day[Prayer::aksam] - sun, day[Prayer::aksam]},
-    };
+    KerahatInterval rising{KerahatKind::sunrise, day[Prayer::gunes], day[Prayer::gunes] + sun};
+    KerahatInterval noon{KerahatKind::istiva, day[Prayer::ogle] - istiva, day[Prayer::ogle]};
+    KerahatInterval setting{KerahatKind::sunset, day[Prayer::aksam] - sun, day[Prayer::aksam]};
+    // Where the day is short (far north) the three would overlap: each gives way to the next, so
+    // that they stay apart and in order, and one squeezed to nothing is left out.
+    noon.start = std::max(noon.start, rising.start);
+    rising.end = std::min(rising.end, noon.start);
+    setting.start = std::max(setting.start, noon.end);
+    std::vector<KerahatInterval> result;
+    for (const KerahatInterval &interval : {rising, noon, setting}) {
+        if (interval.start < interval.end)
+            result.push_back(interval);
+    }
+    return result;
 }
 
 std::optional<KerahatInterval> active(Instant at, const std::vector<KerahatInterval> &intervals)

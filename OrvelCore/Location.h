@@ -23,6 +23,9 @@ struct Location {
     std::string timeZoneID;
     // Where Diyanet computes this place's times, when it is one of Diyanet's places.
     std::optional<GeoPoint> diyanetPoint;
+    // ISO 3166 code of the place's country ("TR", "DE"); empty when not known, and then the zone
+    // tells Türkiye from abroad.
+    std::string countryCode;
 
     static Location istanbul();
 

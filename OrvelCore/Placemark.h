@@ -15,6 +15,7 @@ struct Placemark {
     std::optional<double> latitude;
     std::optional<double> longitude;
     std::optional<std::string> timeZoneID;
+    std::optional<std::string> isoCountryCode; // "TR"
 
     // "İstanbul, Fatih": the province, then the first of district, town and quarter that differs
     // from it; the place's own name when there is neither.

@@ -1,5 +1,6 @@
 #include "PrayerCalculator.h"
 
+#include "Calendars.h"
 #include "DiyanetCalendar.h"
 #include "DiyanetRule.h"
 #include "HighLatitude.h"
@@ -22,6 +23,8 @@ constexpr double sinDefaultIshaAltitude = -0.29237170472273677;
 constexpr double defaultIshaPortion = 0.2833333333333333;
 constexpr double asrShadowFactor = 1.0;
 constexpr int refinementPasses = 2;
+constexpr int64_t ramadanMonth = 9;
+constexpr double ramadanIshaInterval = 120;
 
 double radians(double degrees) { return degrees * pi / 180; }
 double degrees(double radians) { return radians * 180 / pi; }
@@ -126,12 +129,15 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
 {
     if (method == CalculationMethod::diyanet) {
         const GeoPoint point = location.diyanetPointOrOwn();
-        DayTimes result = DiyanetRule::times(day, point.latitude, point.longitude, zone, rule);
+        DayTimes result = DiyanetRule::times(day, point.latitude, point.longitude, zone, DiyanetRule::regionOf(location), rule);
         result.hijri = DiyanetCalendar::date(day);
         return result;
     }
 
-    const CalculationParameters parameters = method.parameters();
+    CalculationParameters parameters = method.parameters();
+    // Umm al-Qura's Yatsı comes two hours after Akşam in Ramadan, as the service gives it.
+    if (method == CalculationMethod::ummAlQura && Calendars::ummAlQura(day.at(12 * 60, zone)).month == ramadanMonth)
+        parameters.ishaInterval = ramadanIshaInterval;
     // The clock minutes are reckoned with the offset at local noon; the same offset turns them back
     // into instants, so that on a clock-change day each time lands on its real moment.
     const int noonOffset = zone.offsetSeconds(day.at(12 * 60, zone));
@@ -165,7 +171,7 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
         return HighLatitude::Hours{local(fajr), local(sunrise), dhuhr + correction, local(asr), local(sunset), local(isha)};
     };
 
-    HighLatitude::Angles angles{parameters.fajrAngle, std::nullopt, true, {}};
+    HighLatitude::Angles angles{parameters.fajrAngle, std::nullopt, parameters.ishaInterval, true, {}};
     for (const Prayer::Value prayer : Prayer::allCases)
         angles.adjustments[prayer] = parameters.adjustment(prayer);
     if (!parameters.ishaInterval)
@@ -174,9 +180,9 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
 
     const Instant utcMidnight = day.start(TimeZone::utc());
     DayTimes result{day, {}, std::nullopt, resolved.estimated};
-    for (const Prayer::Value prayer : Prayer::allCases) {
-        result.times[prayer] = utcMidnight + roundedMinutes(resolved.hours[prayer], 0) * 60 - noonOffset;
-    }
+    const std::array<double, 6> minutes = HighLatitude::spacedMinutes(resolved.hours, result.estimated);
+    for (const Prayer::Value prayer : Prayer::allCases)
+        result.times[prayer] = utcMidnight + minutes[prayer] * 60 - noonOffset;
     return result;
 }
 

@@ -283,6 +283,8 @@ Location PlaceOptions::location() const
         place.longitude = *longitude;
         // A position given by its numbers is computed there, whatever the stored place's point.
         place.diyanetPoint.reset();
+        // Nor is it in the stored place's country: its zone tells Türkiye from abroad.
+        place.countryCode.clear();
         place.timeZoneID = TimeZone::current().id();
         place.name = DecimalText::fixed(*latitude, 4) + ", " + DecimalText::fixed(*longitude, 4);
     }

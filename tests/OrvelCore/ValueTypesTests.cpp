@@ -123,7 +123,13 @@ TEST(Json, roundTripsAndTheStoredForms)
     EXPECT_EQ(json(DayKey{2025, 3, 7}), json::parse(R"({"year":2025,"month":3,"day":7})"));
     EXPECT_EQ(json(Location::istanbul()),
               json::parse(R"({"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"Europe/Istanbul",)"
-                          R"("diyanetPoint":{"latitude":41.0148,"longitude":28.9687}})"));
+                          R"("diyanetPoint":{"latitude":41.0148,"longitude":28.9687},"countryCode":"TR"})"));
+    // A country code that is not two letters reads as unknown; case is not kept.
+    Location read;
+    from_json(json::parse(R"({"name":"x","latitude":1,"longitude":2,"timeZoneID":"UTC","countryCode":"de"})"), read);
+    EXPECT_EQ(read.countryCode, "DE");
+    from_json(json::parse(R"({"name":"x","latitude":1,"longitude":2,"timeZoneID":"UTC","countryCode":"DEU"})"), read);
+    EXPECT_EQ(read.countryCode, "");
     EXPECT_EQ(json(QuietHours{true, 60, 120}), json::parse(R"({"enabled":true,"start":60,"end":120})"));
     EXPECT_EQ(json(Prayer(Prayer::yatsi)), "yatsi");
     EXPECT_EQ(json(CalculationMethod(CalculationMethod::ummAlQura)), "ummAlQura");
