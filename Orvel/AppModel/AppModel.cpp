@@ -88,9 +88,14 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     d->media = services.mediaPlayers ? services.mediaPlayers
                                      : (startServices ? MediaPlayers::createForPlatform(this) : new MediaPlayers(this));
     // What the entry sound paused goes on when it ends, however it ends.
-    connect(player_.get(), &AdhanPlayer::isPlayingChanged, this, [this](bool playing) {
-        if (!playing)
-            d->media->resumePaused();
+    connect(player_.get(), &AdhanPlayer::isPlayingChanged, this, [this, startServices](bool playing) {
+        if (playing)
+            return;
+        d->media->resumePaused();
+        // The notification's "Sesi durdur" goes with the sound (a model without services has
+        // shown no notification).
+        if (startServices || d->scheduler)
+            scheduler().soundEnded();
     });
     d->lastWall = d->clock->now();
     d->lastMonotonic = d->clock->monotonicSeconds();

@@ -38,7 +38,9 @@ QVariantMap hints(const NotificationRequest &request)
         {QStringLiteral("urgency"), QVariant::fromValue(uchar(1))},
     };
     // Servers that show an image beside the text show Orvel's, so the notice is known at a glance.
-    if (const QString icon = AppIcon::fileUrl(); !icon.isEmpty())
+    // A plain path: Cinnamon's daemon turns the hint into a URI itself and drops the whole
+    // notice when it already is one.
+    if (const QString icon = AppIcon::filePath(); !icon.isEmpty())
         hints.insert(QStringLiteral("image-path"), icon);
     if (request.defaultSound)
         hints.insert(QStringLiteral("sound-name"), QString(soundName));
@@ -175,7 +177,18 @@ void FreedesktopNotifications::forgetCapabilities()
         requestCapabilities();
 }
 
-void FreedesktopNotifications::send(const NotificationRequest &request)
+void FreedesktopNotifications::soundEnded()
+{
+    if (!offeringStop_)
+        return;
+    auto [id, request] = *std::exchange(offeringStop_, std::nullopt);
+    // The same notice in place, without the button and without another sound.
+    request.offersStop = false;
+    request.defaultSound = false;
+    send(request, id);
+}
+
+void FreedesktopNotifications::send(const NotificationRequest &request, uint replacesId)
 {
     const bool markup = capabilities_ && capabilities_->contains(QStringLiteral("body-markup"));
     // When the server is unknown, a sound of our own could double its sound.
@@ -189,17 +202,20 @@ void FreedesktopNotifications::send(const NotificationRequest &request)
             actions << QString::fromLatin1(stopSoundAction) << QStringLiteral("Sesi durdur");
     }
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, service, QStringLiteral("Notify"));
-    message << QStringLiteral("Orvel") << uint(0) << AppIcon::nameOrPath() << request.title
+    message << QStringLiteral("Orvel") << replacesId << AppIcon::nameOrPath() << request.title
             << (markup ? escapedForMarkup(request.body) : request.body) << actions << hints(request)
             << int(-1);
     auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), this);
     const bool playSound = request.defaultSound && serverIgnoresSound;
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, playSound](QDBusPendingCallWatcher *call) {
+    const bool withStop = actions.contains(QString::fromLatin1(stopSoundAction));
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, playSound, withStop, request](QDBusPendingCallWatcher *call) {
         call->deleteLater();
         const QDBusPendingReply<uint> reply = *call;
         if (reply.isValid()) {
             constexpr qsizetype remembered = 64;
             shownIds_.insert(reply.value());
+            if (withStop)
+                offeringStop_ = std::pair{reply.value(), request};
             if (shownIds_.size() > remembered)
                 shownIds_.erase(shownIds_.begin());
         }

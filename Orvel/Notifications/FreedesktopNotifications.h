@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NotificationBackend.h"
+#include "NotificationScheduler.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -30,6 +31,7 @@ public:
 
     bool isAvailable() const override;
     void show(const NotificationRequest &request) override;
+    void soundEnded() override;
     void openSettings() const override;
     bool canOpenSettings() const override;
 
@@ -40,7 +42,7 @@ private:
     void requestCapabilities();
     void capabilitiesArrived(QDBusPendingCallWatcher *call, quint64 generation);
     void forgetCapabilities();
-    void send(const NotificationRequest &request);
+    void send(const NotificationRequest &request, uint replacesId = 0);
 
     QDBusConnection connection_;
     // Asked once per server on this connection; forgotten when the server changes hands.
@@ -51,6 +53,8 @@ private:
     std::vector<NotificationRequest> waiting_;
     // The ids the server gave Orvel's notifications, so that others' actions are not taken.
     QSet<uint> shownIds_;
+    // The shown notification that offers "Sesi durdur", to withdraw the button when the sound ends.
+    std::optional<std::pair<uint, NotificationRequest>> offeringStop_;
 };
 
 } // namespace orvel

@@ -20,6 +20,8 @@ public:
     // Opens the desktop's notification settings, when it has a tool for them.
     virtual void openSettings() const {}
     virtual bool canOpenSettings() const { return false; }
+    // Orvel's own sound ended: a shown notification that offers "Sesi durdur" no longer should.
+    virtual void soundEnded() {}
 
     // The backend of the platform Orvel was built for, on the user's session.
     static std::shared_ptr<NotificationBackend> platformDefault();

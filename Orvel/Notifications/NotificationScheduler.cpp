@@ -242,6 +242,11 @@ std::optional<NotificationRequest> NotificationScheduler::missedWhileAsleep(cons
     };
 }
 
+void NotificationScheduler::soundEnded()
+{
+    d->backend->soundEnded();
+}
+
 void NotificationScheduler::announce(const NotificationRequest &request)
 {
     if (d->backend->isAvailable())

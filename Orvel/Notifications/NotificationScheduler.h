@@ -74,6 +74,8 @@ public:
     // that entered meanwhile, unless it entered more than missedWithinSeconds ago. Silent.
     static constexpr double missedWithinSeconds = 3 * 3600;
     static std::optional<NotificationRequest> missedWhileAsleep(const NotificationPlan &plan, Instant since, Instant now);
+    // Orvel's own sound ended: see NotificationBackend::soundEnded.
+    void soundEnded();
     // Shows a notification at once.
     void announce(const NotificationRequest &request);
     // (title, body) of a prayer-entry notification.

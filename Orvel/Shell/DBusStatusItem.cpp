@@ -80,6 +80,10 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
                                        QDBusServiceWatcher::WatchForOwnerChange, this))
 {
     connect(item_, &StatusNotifierItem::activateRequested, this, &StatusItem::activated);
+    // Qt's Wayland backend spends the token on the next window it activates: the panel that the
+    // click which brought it opens.
+    connect(item_, &StatusNotifierItem::activationTokenProvided, this,
+            [](const QString &token) { qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); });
     connect(item_, &StatusNotifierItem::contextMenuRequested, this, [this](QPoint position) {
         if (contextMenu_)
             contextMenu_->popup(position);
@@ -204,8 +208,10 @@ void DBusStatusItem::update(const AppModel &model)
         for (const int size : iconSizes)
             pixmaps << SniPixmap::from(TrayPicture::image(picture.face, picture.ink, size));
         // Panels that recolour symbolic icons get one, unless the face carries digits that only
-        // the pixmaps have.
-        const bool named = picture.face.remaining.isEmpty() && !item_->iconThemePath().isEmpty();
+        // the pixmaps have; the entry's green disc is a picture of its own. Other hosts keep to
+        // the pixmaps, which every face has.
+        const bool named = picture.face.remaining.isEmpty() && picture.face.state != TrayPicture::State::entry
+            && !item_->iconThemePath().isEmpty() && PanelColors::recoloursSymbolicIcons();
         item_->setIcon(pixmaps, named ? TrayPicture::symbolicName(picture.face.state) : QString());
         picture_ = picture;
         ++redrawCount_;

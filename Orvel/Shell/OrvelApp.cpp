@@ -10,6 +10,7 @@
 #include "SettingsView.h"
 #include "StatusItem.h"
 #include "StatusService.h"
+#include "TrayMenu.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -22,7 +23,6 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
     : QObject(parent)
     , model_(std::move(model))
     , statusItem_(std::move(statusItem))
-    , menu_(std::make_unique<QMenu>())
     , panel_(std::make_unique<Panel>())
 {
     windows_.setFactory(QString::fromLatin1(Windows::imsakiye), [this] {
@@ -42,21 +42,26 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
                                [] { QCoreApplication::quit(); });
     });
 
-    // Shown only while Orvel's own sound plays: one click silences it.
-    QAction *stopSound = menu_->addAction(QStringLiteral("Sesi durdur"), &model_->player(), &AdhanPlayer::stop);
-    stopSound->setObjectName(QStringLiteral("stopSound"));
-    stopSound->setVisible(model_->player().isPlaying());
-    connect(&model_->player(), &AdhanPlayer::isPlayingChanged, stopSound, &QAction::setVisible);
-    menu_->addAction(QStringLiteral("İmsakiye"), this, &OrvelApp::openImsakiye);
-    menu_->addAction(QStringLiteral("Ayarlar…"), this, &OrvelApp::openSettings);
-    menu_->addSeparator();
-    menu_->addAction(QStringLiteral("Çık"), qApp, &QCoreApplication::quit);
-    statusItem_->setMenu(menu_.get());
+    trayMenu_ = std::make_unique<TrayMenu>(*model_, TrayMenu::Actions{[this] { showPanel(); }, [this] { openImsakiye(); },
+                                                                   [this] { openSettings(); },
+                                                                   [this] { model_->player().stop(); },
+                                                                   [] { QCoreApplication::quit(); }});
+    trayMenu_->setPlaying(model_->player().isPlaying());
+    connect(&model_->player(), &AdhanPlayer::isPlayingChanged, trayMenu_.get(), &TrayMenu::setPlaying);
+    statusItem_->setMenu(trayMenu_->menu());
 
-    connect(statusItem_.get(), &StatusItem::activated, this,
-            [this](QPoint position) { panel_->toggle(anchor(position)); });
+    connect(statusItem_.get(), &StatusItem::activated, this, [this](QPoint position) {
+        // Hosts that say where the click was say where the item is: the panel opened later from
+        // the menu, a notification or a second start opens there too.
+        if (!position.isNull())
+            lastActivation_ = position;
+        panel_->toggle(anchor(position));
+    });
     connect(statusItem_.get(), &StatusItem::availabilityChanged, this, &OrvelApp::followStatusItem);
-    connect(model_.get(), &AppModel::changed, this, [this] { statusItem_->update(*model_); });
+    connect(model_.get(), &AppModel::changed, this, [this] {
+        statusItem_->update(*model_);
+        trayMenu_->update();
+    });
     connect(model_.get(), &AppModel::panelRequested, this, &OrvelApp::showPanel);
     // The tray picture follows the desktop's light or dark look.
     qApp->installEventFilter(this);
@@ -68,19 +73,41 @@ OrvelApp::~OrvelApp()
     qApp->removeEventFilter(this);
 }
 
+QMenu &OrvelApp::menu() const
+{
+    return *trayMenu_->menu();
+}
+
 void OrvelApp::start()
 {
     statusItem_->show();
     if (statusItem_->isAvailable())
         return;
     panel_->setMode(Panel::Mode::window);
+    panel_->setNotice(noTrayNotice(qEnvironmentVariable("XDG_CURRENT_DESKTOP")));
     panel_->showAt(anchor(QPoint()));
+}
+
+QString OrvelApp::noTrayNotice(const QString &currentDesktop)
+{
+    // GNOME shows status items only through an extension that Ubuntu enables and Debian does not.
+    for (const QString &desktop : currentDesktop.split(u':', Qt::SkipEmptyParts)) {
+        if (desktop.compare(QStringLiteral("GNOME"), Qt::CaseInsensitive) == 0)
+            return QStringLiteral(
+                "Orvel'i üst çubukta görmek için GNOME'un \"AppIndicator and KStatusNotifierItem Support\" "
+                "uzantısı gerekir: gnome-shell-extension-appindicator paketini kurun, \"Uzantılar\" "
+                "uygulamasında açın (ya da: gnome-extensions enable ubuntu-appindicators@ubuntu.com), sonra "
+                "oturumu kapatıp yeniden açın.");
+    }
+    return QStringLiteral("Masaüstünüzde sistem tepsisi bulunamadı. Orvel'in simgesi, tepsi eklenince kendiliğinden "
+                          "görünür; o zamana dek bu pencere açık kalır.");
 }
 
 void OrvelApp::followStatusItem(bool available)
 {
     // Once the item is in a panel, the window that stood in for it is no longer the way in.
     if (available && panel_->mode() == Panel::Mode::window) {
+        panel_->setNotice(QString());
         panel_->hide();
         panel_->setMode(Panel::Mode::popup);
         return;
@@ -123,7 +150,9 @@ QRect OrvelApp::anchor(QPoint position) const
     const QRect item = statusItem_->geometry();
     if (item.isValid() && !item.isEmpty())
         return item;
-    return QRect(position.isNull() ? QCursor::pos() : position, QSize(1, 1));
+    if (!position.isNull())
+        return QRect(position, QSize(1, 1));
+    return QRect(lastActivation_ ? *lastActivation_ : QCursor::pos(), QSize(1, 1));
 }
 
 bool OrvelApp::eventFilter(QObject *watched, QEvent *event)

@@ -7,12 +7,14 @@
 #include <QRect>
 
 #include <memory>
+#include <optional>
 
 class QMenu;
 
 namespace orvel {
 
 class AppModel;
+class TrayMenu;
 class Panel;
 class StatusItem;
 class StatusService;
@@ -30,10 +32,13 @@ public:
     StatusItem &statusItem() const { return *statusItem_; }
     Panel &panel() const { return *panel_; }
     Windows &windows() { return windows_; }
-    QMenu &menu() const { return *menu_; }
+    QMenu &menu() const;
 
-    // Puts the item in the panel; where the desktop has none, opens the panel as a window.
+    // Puts the item in the panel; where the desktop has none, opens the panel as a window that
+    // says how to get the item into the panel.
     void start();
+    // That window's line for XDG_CURRENT_DESKTOP, in Turkish.
+    static QString noTrayNotice(const QString &currentDesktop);
     // Brings the panel forward (a second start asked for it).
     void showPanel();
     void openImsakiye();
@@ -48,9 +53,10 @@ private:
 
     std::unique_ptr<AppModel> model_;
     std::unique_ptr<StatusItem> statusItem_;
-    std::unique_ptr<QMenu> menu_;
+    std::unique_ptr<TrayMenu> trayMenu_;
     std::unique_ptr<Panel> panel_;
     Windows windows_;
+    std::optional<QPoint> lastActivation_;
 };
 
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -14,6 +15,11 @@ namespace {
 
 constexpr int anchorGap = 4;
 constexpr int reopenGuardMs = 300;
+
+bool placedByCompositor()
+{
+    return QGuiApplication::platformName() == QLatin1String("wayland");
+}
 
 QRect availableGeometry(const QRect &anchor)
 {
@@ -36,6 +42,26 @@ Panel::Panel(QWidget *parent)
     setAutoFillBackground(true);
 
     applyMode();
+}
+
+void Panel::setNotice(const QString &text)
+{
+    if (!notice_) {
+        notice_ = new QLabel(this);
+        notice_->setObjectName(QStringLiteral("panelNotice"));
+        notice_->setWordWrap(true);
+        notice_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        notice_->setContentsMargins(12, 10, 12, 10);
+        notice_->setMaximumWidth(332);
+        static_cast<QVBoxLayout *>(layout())->insertWidget(0, notice_);
+    }
+    notice_->setText(text);
+    notice_->setVisible(!text.isEmpty() && mode_ == Mode::window);
+}
+
+QString Panel::notice() const
+{
+    return notice_ ? notice_->text() : QString();
 }
 
 void Panel::setContent(QWidget *content)
@@ -72,10 +98,12 @@ void Panel::applyMode()
 {
     const bool wasVisible = isVisible();
     if (mode_ == Mode::popup)
-        setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        setWindowFlags(popupFlags(QGuiApplication::platformName()));
     else
         setWindowFlags(Qt::Window);
     layout()->setContentsMargins(mode_ == Mode::popup ? QMargins(1, 1, 1, 1) : QMargins());
+    if (notice_)
+        notice_->setVisible(!notice_->text().isEmpty() && mode_ == Mode::window);
     if (wasVisible)
         show();
 }
@@ -97,7 +125,7 @@ void Panel::showAt(const QRect &anchor)
     adjustSize();
     if (mode_ == Mode::popup || !placedOnce_) {
         const QRect available = availableGeometry(anchor);
-        if (mode_ == Mode::popup)
+        if (mode_ == Mode::popup && !placedByCompositor())
             move(placement(size(), anchor, available));
         else
             move(available.center() - QPoint(width() / 2, height() / 2));
@@ -118,6 +146,24 @@ void Panel::present(const QRect &anchor)
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
     activateWindow();
+}
+
+Qt::WindowFlags Panel::popupFlags(const QString &platform)
+{
+    if (platform == QLatin1String("wayland"))
+        return Qt::Window;
+    if (platform == QLatin1String("xcb"))
+        return Qt::Popup | Qt::FramelessWindowHint;
+    return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+}
+
+void Panel::hideEvent(QHideEvent *event)
+{
+    // A popup that Qt closed for a click outside it: that click may have been on the status item,
+    // whose activation must then not open the panel again.
+    if (!dismissing_ && mode_ == Mode::popup)
+        closedByFocusLoss_.start();
+    QWidget::hideEvent(event);
 }
 
 void Panel::dismiss()

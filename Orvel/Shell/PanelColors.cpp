@@ -28,7 +28,7 @@ std::optional<QColor> rgb(const QString &text)
     return QColor(channels[0], channels[1], channels[2]);
 }
 
-enum class Panel { gnome, plasma, other };
+enum class Panel { gnome, plasma, xfce, cinnamon, sway, other };
 
 // The first desktop of XDG_CURRENT_DESKTOP that says whose panel it is.
 Panel panelOf(const QString &currentDesktop)
@@ -38,6 +38,13 @@ Panel panelOf(const QString &currentDesktop)
             return Panel::gnome;
         if (desktop.compare(QStringLiteral("KDE"), Qt::CaseInsensitive) == 0)
             return Panel::plasma;
+        if (desktop.compare(QStringLiteral("XFCE"), Qt::CaseInsensitive) == 0)
+            return Panel::xfce;
+        if (desktop.compare(QStringLiteral("X-Cinnamon"), Qt::CaseInsensitive) == 0
+            || desktop.compare(QStringLiteral("Cinnamon"), Qt::CaseInsensitive) == 0)
+            return Panel::cinnamon;
+        if (desktop.compare(QStringLiteral("sway"), Qt::CaseInsensitive) == 0)
+            return Panel::sway;
     }
     return Panel::other;
 }
@@ -67,6 +74,50 @@ Palette breezeLight()
 Palette breezeDark()
 {
     return {QColor(49, 54, 59), QColor(252, 252, 252)};
+}
+
+// Adwaita-dark's panel under XFCE 4.18's default dark mode, and Adwaita's light one.
+Palette xfceDark()
+{
+    return {QColor(0x35, 0x35, 0x35), QColor(0xee, 0xee, 0xec)};
+}
+
+Palette xfceLight()
+{
+    return {QColor(0xf6, 0xf5, 0xf4), QColor(0x2e, 0x34, 0x36)};
+}
+
+// The "cinnamon" theme's panel, whose own icons are white.
+Palette cinnamonPanel()
+{
+    return {QColor(0x4a, 0x4a, 0x4a), QColor(0xff, 0xff, 0xff)};
+}
+
+// waybar's default style: rgba(43, 48, 59, 0.5) over sway's dark grey background.
+Palette waybarBar()
+{
+    return {QColor(0x2b, 0x30, 0x3b), QColor(0xff, 0xff, 0xff)};
+}
+
+std::optional<bool> xfceDarkMode(const QByteArray &channelXml)
+{
+    // <property name="dark-mode" type="bool" value="false"/> inside <property name="panels">.
+    const qsizetype at = channelXml.indexOf("name=\"dark-mode\"");
+    if (at < 0)
+        return std::nullopt;
+    const qsizetype end = channelXml.indexOf('>', at);
+    const QByteArray tag = channelXml.mid(at, end < 0 ? -1 : end - at);
+    if (tag.contains("value=\"true\""))
+        return true;
+    if (tag.contains("value=\"false\""))
+        return false;
+    return std::nullopt;
+}
+
+QString xfcePanelChannelPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + QStringLiteral("/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml");
 }
 
 std::optional<Palette> fromKdeGlobals(const QByteArray &contents)
@@ -102,7 +153,8 @@ QString kdeGlobalsPath()
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/kdeglobals");
 }
 
-std::optional<Palette> forDesktop(const QString &currentDesktop, const std::optional<QByteArray> &kdeGlobals)
+std::optional<Palette> forDesktop(const QString &currentDesktop, const std::optional<QByteArray> &kdeGlobals,
+                                  const std::optional<QByteArray> &xfcePanelChannel)
 {
     switch (panelOf(currentDesktop)) {
     case Panel::gnome:
@@ -112,6 +164,15 @@ std::optional<Palette> forDesktop(const QString &currentDesktop, const std::opti
         // Plasma's panel before the user picks a scheme is Breeze.
         return scheme.value_or(breezeLight());
     }
+    case Panel::xfce: {
+        // 4.18's panel is dark unless the user turned its dark mode off.
+        const std::optional<bool> dark = xfcePanelChannel ? xfceDarkMode(*xfcePanelChannel) : std::nullopt;
+        return dark.value_or(true) ? xfceDark() : xfceLight();
+    }
+    case Panel::cinnamon:
+        return cinnamonPanel();
+    case Panel::sway:
+        return waybarBar();
     case Panel::other:
         break;
     }
@@ -128,7 +189,17 @@ std::optional<Palette> current()
     std::optional<QByteArray> kdeGlobals;
     if (QFile file(kdeGlobalsPath()); followsKdeGlobals() && file.open(QIODevice::ReadOnly))
         kdeGlobals = file.read(1024 * 1024);
-    return forDesktop(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), kdeGlobals);
+    std::optional<QByteArray> xfcePanelChannel;
+    const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    if (QFile file(xfcePanelChannelPath()); panelOf(desktop) == Panel::xfce && file.open(QIODevice::ReadOnly))
+        xfcePanelChannel = file.read(1024 * 1024);
+    return forDesktop(desktop, kdeGlobals, xfcePanelChannel);
+}
+
+bool recoloursSymbolicIcons()
+{
+    const Panel panel = panelOf(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
+    return panel == Panel::gnome || panel == Panel::plasma;
 }
 
 double contrast(const QColor &a, const QColor &b)

@@ -118,6 +118,17 @@ void StatusNotifierItem::ContextMenu(int x, int y)
     emit contextMenuRequested(QPoint(x, y));
 }
 
+void StatusNotifierItem::XAyatanaSecondaryActivate(uint timestamp)
+{
+    Q_UNUSED(timestamp);
+    emit activateRequested(QPoint());
+}
+
+void StatusNotifierItem::ProvideXdgActivationToken(const QString &token)
+{
+    emit activationTokenProvided(token);
+}
+
 void StatusNotifierItem::Scroll(int delta, const QString &orientation)
 {
     Q_UNUSED(delta);

@@ -96,6 +96,10 @@ public slots:
     Q_SCRIPTABLE void SecondaryActivate(int x, int y);
     Q_SCRIPTABLE void ContextMenu(int x, int y);
     Q_SCRIPTABLE void Scroll(int delta, const QString &orientation);
+    // Ayatana's middle click (MATE, the indicator applets), which has no position.
+    Q_SCRIPTABLE void XAyatanaSecondaryActivate(uint timestamp);
+    // Plasma on Wayland hands the token that lets the window it opens take the focus.
+    Q_SCRIPTABLE void ProvideXdgActivationToken(const QString &token);
 
 signals:
     Q_SCRIPTABLE void NewTitle();
@@ -109,6 +113,7 @@ signals:
     // For the application, not exported.
     void activateRequested(QPoint position);
     void contextMenuRequested(QPoint position);
+    void activationTokenProvided(const QString &token);
 
 private:
     SniPixmaps pixmaps_;

@@ -46,6 +46,11 @@ QString nameOrPath()
     return writtenFile();
 }
 
+QString filePath()
+{
+    return writtenFile();
+}
+
 QString fileUrl()
 {
     const QString file = writtenFile();

@@ -14,6 +14,7 @@
 #include <QUrl>
 
 #include <QDBusMessage>
+#include <QDir>
 #include <QFile>
 
 inline void PrintTo(const QString &text, std::ostream *out)
@@ -229,6 +230,7 @@ public:
         QStringList actions;
         QVariantMap hints;
         int expireTimeout = 0;
+        uint replacesId = 0;
     };
 
     bool registerOn(QDBusConnection connection)
@@ -247,11 +249,11 @@ public slots:
         ++capabilityQuestions;
         return capabilities;
     }
-    uint Notify(const QString &appName, uint, const QString &appIcon, const QString &summary, const QString &body,
+    uint Notify(const QString &appName, uint replacesId, const QString &appIcon, const QString &summary, const QString &body,
                 const QStringList &actions, const QVariantMap &hints, int expireTimeout)
     {
-        received.push_back({appName, appIcon, summary, body, actions, hints, expireTimeout});
-        return static_cast<uint>(received.size());
+        received.push_back({appName, appIcon, summary, body, actions, hints, expireTimeout, replacesId});
+        return replacesId ? replacesId : static_cast<uint>(received.size());
     }
 };
 
@@ -313,8 +315,9 @@ TEST_F(Delivery, ArrivesAtItsMomentWithEscapedBodyAndSoundHints)
     EXPECT_EQ(shown.hints.value("desktop-entry").toString(), "io.github.orvel.Orvel");
     // Orvel's icon, by name once installed, else as the file it writes for the session.
     EXPECT_TRUE(shown.appIcon == "io.github.orvel.Orvel" || QFile::exists(shown.appIcon)) << shown.appIcon.toStdString();
-    const QUrl image(shown.hints.value("image-path").toString());
-    EXPECT_TRUE(image.isLocalFile() && QFile::exists(image.toLocalFile())) << image.toString().toStdString();
+    // A plain path: Cinnamon's daemon drops a notice whose image is already a URI.
+    const QString image = shown.hints.value("image-path").toString();
+    EXPECT_TRUE(QDir::isAbsolutePath(image) && QFile::exists(image)) << image.toStdString();
     EXPECT_EQ(shown.hints.value("urgency"), QVariant::fromValue(uchar(1)));
     ASSERT_EQ(fired.count(), 1);
     EXPECT_EQ(fired.front().front().toString(), "2026-05-12-ogle");
@@ -357,6 +360,19 @@ TEST_F(Delivery, SesiDurdurStopsOrvelsOwnSound)
     invoke(1, "default");
     ASSERT_TRUE(QTest::qWaitFor([&] { return panel.count() == 1; }, arrivalWaitMs));
     EXPECT_EQ(stop.count(), 1) << "the other program's notification is not ours";
+
+    // When the sound ends the same notice is shown again in its place, without the button and
+    // without another sound; once only.
+    scheduler->soundEnded();
+    scheduler->soundEnded();
+    ASSERT_TRUE(waitForArrivals(2));
+    const RecordingServer::Received &replaced = server->received.back();
+    EXPECT_EQ(replaced.replacesId, 1u);
+    EXPECT_EQ(replaced.summary, server->received.front().summary);
+    EXPECT_EQ(replaced.actions, (QStringList{"default", "Paneli aç"}));
+    EXPECT_TRUE(replaced.hints.value("suppress-sound").toBool());
+    QTest::qWait(100);
+    EXPECT_EQ(server->received.size(), 2u);
 
 }
 

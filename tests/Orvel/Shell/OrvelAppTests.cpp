@@ -3,10 +3,13 @@
 #include "ShellTestSupport.h"
 #include "StatusItem.h"
 #include "Windows.h"
+#include "AppModel.h"
+#include "OrvelFormat.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCursor>
 #include <QLabel>
 #include <QMenu>
 #include <QTest>
@@ -45,24 +48,56 @@ TEST(OrvelApp, StatusItemMenuAndPanel)
     QTest::keyClick(&app.panel(), Qt::Key_Comma, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([] { return visibleWindowsTitled("Orvel Ayarları") == 1; }, 2000));
 
-    // The shown entries; "Sesi durdur" only while Orvel's own sound plays.
-    QList<QAction *> actions;
+    // The shown entries: the panel first (what hosts that open the menu on a click need), the
+    // day's times with the next one marked, then the windows; "Sesi durdur" only while Orvel's
+    // own sound plays.
     QStringList texts;
+    QAction *marked = nullptr;
     for (QAction *action : item.menu->actions()) {
         if (action->objectName() == "stopSound") {
             EXPECT_EQ(action->text(), "Sesi durdur");
             EXPECT_FALSE(action->isVisible());
             continue;
         }
-        actions << action;
         texts << action->text();
+        if (action->isChecked())
+            marked = action;
     }
-    ASSERT_EQ(texts, (QStringList{"İmsakiye", "Ayarlar…", "", "Çık"}));
-    actions[0]->trigger();
-    actions[0]->trigger();
-    actions[1]->trigger();
+    const DayTimes &today = *app.model().today();
+    const auto clock = [&](Prayer::Value prayer) {
+        return QString::fromStdString(OrvelFormat::time(today[prayer], app.model().zone()));
+    };
+    // 10 March 2026 is in Ramadan: İmsak and Akşam go by their Ramadan names.
+    ASSERT_EQ(texts, (QStringList{"Paneli aç", "", "Sahur " + clock(Prayer::imsak), "Güneş " + clock(Prayer::gunes),
+                                  "Öğle " + clock(Prayer::ogle), "İkindi " + clock(Prayer::ikindi),
+                                  "İftar " + clock(Prayer::aksam), "Yatsı " + clock(Prayer::yatsi), "", "İmsakiye",
+                                  "Ayarlar…", "", "Çık"}));
+    // 12:31 in İstanbul: Öğle is next, and only it is marked.
+    ASSERT_TRUE(marked);
+    EXPECT_EQ(marked->text(), "Öğle " + clock(Prayer::ogle));
+    EXPECT_FALSE(marked->isEnabled());
+    // After Öğle the mark moves on, and the entries keep their texts.
+    offline.moveTo(today[Prayer::ogle] + 60);
+    int checked = 0;
+    for (QAction *action : item.menu->actions())
+        checked += action->isChecked() && action->text() == "İkindi " + clock(Prayer::ikindi);
+    EXPECT_EQ(checked, 1);
+
+    QAction *imsakiye = item.menu->findChild<QAction *>("imsakiye");
+    QAction *settings = item.menu->findChild<QAction *>("settings");
+    ASSERT_TRUE(imsakiye && settings);
+    imsakiye->trigger();
+    imsakiye->trigger();
+    settings->trigger();
     EXPECT_EQ(visibleWindowsTitled("İmsakiye"), 1);
     EXPECT_EQ(visibleWindowsTitled("Orvel Ayarları"), 1);
+
+    // "Paneli aç" opens the panel under the item, not at the pointer.
+    app.panel().hide();
+    QCursor::setPos(100, 500);
+    item.menu->findChild<QAction *>("showPanel")->trigger();
+    ASSERT_TRUE(app.panel().isVisible());
+    EXPECT_NEAR(app.panel().geometry().center().x(), 612, 2);
 }
 
 TEST(OrvelApp, WithoutATrayThePanelIsAWindow)
@@ -73,6 +108,10 @@ TEST(OrvelApp, WithoutATrayThePanelIsAWindow)
     ASSERT_TRUE(app.panel().isVisible());
     EXPECT_EQ(app.panel().mode(), Panel::Mode::window);
     EXPECT_FALSE(app.panel().windowFlags().testFlag(Qt::FramelessWindowHint));
+    // The window says how to see Orvel in the panel; on GNOME, which extension to enable.
+    EXPECT_FALSE(app.panel().notice().isEmpty());
+    EXPECT_TRUE(OrvelApp::noTrayNotice("ubuntu:GNOME").contains("gnome-shell-extension-appindicator"));
+    EXPECT_FALSE(OrvelApp::noTrayNotice("XFCE").contains("GNOME"));
     // Escape leaves a window open: there may be no other way back to it.
     QTest::keyClick(&app.panel(), Qt::Key_Escape);
     EXPECT_TRUE(app.panel().isVisible());
@@ -81,6 +120,7 @@ TEST(OrvelApp, WithoutATrayThePanelIsAWindow)
     emit app.statusItem().availabilityChanged(true);
     EXPECT_FALSE(app.panel().isVisible());
     EXPECT_EQ(app.panel().mode(), Panel::Mode::popup);
+    EXPECT_TRUE(app.panel().notice().isEmpty());
     // And when it goes away again, a second start opens a window.
     emit app.statusItem().availabilityChanged(false);
     EXPECT_FALSE(app.panel().isVisible());
@@ -102,6 +142,16 @@ TEST(Panel, PlacementUnderTheItemInsideTheScreen)
     EXPECT_EQ(Panel::placement(QSize(300, 2000), QRect(900, 2, 24, 24), top).y(), 28);
     // The pointer as the anchor on a second screen.
     EXPECT_EQ(Panel::placement(size, QRect(2500, 100, 1, 1), QRect(1920, 0, 1280, 1024)), QPoint(2500 - 166, 105));
+}
+
+TEST(Panel, APopupUnderX11GrabsAndUnderWaylandIsAWindow)
+{
+    // Under X11 only a real popup sees the click on the bare desktop that closes it.
+    const auto type = [](const char *platform) { return Panel::popupFlags(platform) & Qt::WindowType_Mask; };
+    EXPECT_EQ(type("xcb"), Qt::Popup);
+    // A Wayland client cannot place a window: the compositor does, and focus comes by a token.
+    EXPECT_EQ(type("wayland"), Qt::Window);
+    EXPECT_EQ(type("offscreen"), Qt::Tool);
 }
 
 TEST(Panel, PopupClosesOnEscapeOrFocusLoss)

@@ -40,6 +40,7 @@ public:
     QStringList registered() const { const QMutexLocker lock(&mutex_); return registered_; }
     std::atomic<int> icons = 0;
     std::atomic<int> labels = 0;
+    std::atomic<int> menuUpdates = 0;
 
 public slots:
     Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString &item)
@@ -49,6 +50,7 @@ public slots:
     }
     void newIcon() { ++icons; }
     void newLabel(const QString &, const QString &) { ++labels; }
+    void itemsPropertiesUpdated(const QDBusMessage &) { ++menuUpdates; }
 
 private:
     mutable QMutex mutex_;
@@ -254,9 +256,36 @@ TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
     EXPECT_EQ(labels, (QStringList{"İmsakiye", "separator", "Çık"}));
 
     QSignalSpy triggered(imsakiye, &QAction::triggered);
+    const int imsakiyeId = layout.children.first().id;
     call(panelSide, service, "/MenuBar", "com.canonical.dbusmenu", "Event",
-         {layout.children.first().id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0u});
+         {imsakiyeId, "clicked", QVariant::fromValue(QDBusVariant(0)), 0u});
     EXPECT_TRUE(QTest::qWaitFor([&] { return triggered.count() == 1; }, 5000));
+
+    // libdbusmenu's hosts (XFCE, Cinnamon, MATE) click through EventGroup and ask AboutToShowGroup
+    // first; an entry added above keeps the ids the host already holds pointing where they did.
+    QAction *added = new QAction("Paneli aç", &menu);
+    menu.insertAction(imsakiye, added);
+    const QDBusMessage shown = call(panelSide, service, "/MenuBar", "com.canonical.dbusmenu", "AboutToShowGroup",
+                                    {QVariant::fromValue(QList<int>{0, imsakiyeId, 999})});
+    ASSERT_EQ(shown.type(), QDBusMessage::ReplyMessage) << shown.errorMessage().toStdString();
+    EXPECT_EQ(qdbus_cast<QList<int>>(shown.arguments().at(1)), QList<int>{999});
+    const DBusMenuEventList events{{imsakiyeId, "clicked", QDBusVariant(0), 0u}, {999, "clicked", QDBusVariant(0), 0u}};
+    const QDBusMessage group = call(panelSide, service, "/MenuBar", "com.canonical.dbusmenu", "EventGroup",
+                                    {QVariant::fromValue(events)});
+    ASSERT_EQ(group.type(), QDBusMessage::ReplyMessage) << group.errorMessage().toStdString();
+    EXPECT_EQ(qdbus_cast<QList<int>>(group.arguments().at(0)), QList<int>{999});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return triggered.count() >= 2; }, 5000)) << triggered.count();
+    EXPECT_EQ(triggered.count(), 2);
+
+    // A renamed entry is announced as that entry's new properties, once.
+    panelSide.connect(service, "/MenuBar", "com.canonical.dbusmenu", "ItemsPropertiesUpdated", &watcher,
+                      SLOT(itemsPropertiesUpdated(QDBusMessage)));
+    imsakiye->setText("İmsakiye (ay)");
+    imsakiye->setText("İmsakiye (ay)");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return watcher.menuUpdates >= 1; }, 5000));
+    // A round trip after it: any second announcement would have arrived before its answer.
+    call(panelSide, service, "/MenuBar", "com.canonical.dbusmenu", "AboutToShowGroup", {QVariant::fromValue(QList<int>{0})});
+    EXPECT_EQ(watcher.menuUpdates, 1);
 }
 
 TEST(TrayPicture, StatesAreDrawnIntoTheSquare)
@@ -366,10 +395,20 @@ TEST(PanelColors, TheDesktopsPanelDecidesTheInk)
     EXPECT_EQ(PanelColors::forDesktop("KDE", "[Colors:Window]\nBackgroundNormal=oops\n"), PanelColors::breezeLight());
     EXPECT_EQ(PanelColors::forDesktop("KDE", std::nullopt), PanelColors::breezeLight());
     EXPECT_EQ(PanelColors::forDesktop("ubuntu:GNOME", breezeDark), PanelColors::gnomeBar());
-    EXPECT_EQ(PanelColors::forDesktop("XFCE", breezeDark), std::nullopt);
+    // XFCE 4.18's panel is dark unless its dark mode is off in xfconf; Cinnamon's and waybar's are
+    // dark grey; a desktop that says nothing leaves it to the application's appearance.
+    EXPECT_EQ(PanelColors::forDesktop("XFCE", breezeDark), PanelColors::xfceDark());
+    const QByteArray lightXfce = R"(<channel name="xfce4-panel"><property name="panels" type="array">)"
+                                 R"(<property name="dark-mode" type="bool" value="false"/></property></channel>)";
+    EXPECT_EQ(PanelColors::forDesktop("XFCE", std::nullopt, lightXfce), PanelColors::xfceLight());
+    EXPECT_EQ(PanelColors::forDesktop("X-Cinnamon", std::nullopt), PanelColors::cinnamonPanel());
+    EXPECT_EQ(PanelColors::forDesktop("sway", std::nullopt), PanelColors::waybarBar());
+    EXPECT_EQ(PanelColors::forDesktop("LXQt", std::nullopt), std::nullopt);
 
     // Whatever the application's appearance, the ink stands out on the panel.
-    for (const PanelColors::Palette &panel : {PanelColors::gnomeBar(), PanelColors::breezeDark(), PanelColors::breezeLight()})
+    for (const PanelColors::Palette &panel : {PanelColors::gnomeBar(), PanelColors::breezeDark(), PanelColors::breezeLight(),
+                                              PanelColors::xfceDark(), PanelColors::xfceLight(), PanelColors::cinnamonPanel(),
+                                              PanelColors::waybarBar()})
         for (const TrayPicture::Face &face : {TrayPicture::Face{TrayPicture::State::normal, {}},
                                               TrayPicture::Face{TrayPicture::State::kerahat, "23"}}) {
             const QImage picture = TrayPicture::image(face, panel.text, 22).convertToFormat(QImage::Format_ARGB32);
