@@ -3,9 +3,11 @@
 #include "AppId.h"
 #include "AppModel.h"
 #include "Defaults.h"
+#include "DiyanetCalendar.h"
 #include "Gazetteer.h"
 #include "LoginItem.h"
 #include "OrvelApp.h"
+#include "PrayerRepository.h"
 #include "QtTurkish.h"
 #include "QuitSignals.h"
 #include "SettingsWatcher.h"
@@ -33,6 +35,7 @@ constexpr auto usage =
     "                     330 noktalık panel 660 piksel genişliğindedir.\n"
     "  --now ZAMAN        Saati İstanbul saatiyle bu ana sabitler (örn. 2026-03-10T12:30).\n"
     "  --uskudar          İstanbul, Üsküdar konumunu kullanır.\n"
+    "  --service ADRES    Vakit servisinin kök adresi (varsayılan Aladhan).\n"
     "  --help             Bu yardımı gösterir.\n"
     "  --version          Sürümü gösterir.\n";
 
@@ -69,12 +72,15 @@ int runApplication(int argc, char **argv)
     application.setWindowIcon(QIcon(QStringLiteral(":/orvel/orvel.svg")));
     QtTurkish::install(application);
     Gazetteer::speakTurkish();
+    if (const auto problem = Defaults::problem())
+        std::fprintf(stderr, "orvel: uyarı: %s\n", qPrintable(*problem));
 
     SingleInstance instance(SingleInstance::defaultServerName());
     if (instance.claim() == SingleInstance::Claim::alreadyRunning)
         return 0;
 
     LoginItem::migrate();
+    DiyanetCalendar::keepMonthStartsIn(PrayerRepository::defaultCacheDirectory() / DiyanetCalendar::storeFileName);
     OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
     // orvel-cli and other copies write the same store; the running application follows them.
     const SettingsWatcher settingsWatcher(Defaults::store().fileName());
@@ -108,19 +114,65 @@ std::optional<QString> snapshotFolder(const QStringList &arguments)
     return arguments.at(index + 1);
 }
 
+std::variant<Options, QString> parse(const QStringList &arguments)
+{
+    Options options;
+    const auto valueAfter = [&](qsizetype &i) -> std::optional<QString> {
+        if (i + 1 >= arguments.size() || arguments.at(i + 1).startsWith(QLatin1String("--")))
+            return std::nullopt;
+        return arguments.at(++i);
+    };
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString &argument = arguments.at(i);
+        if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
+            options.help = true;
+        } else if (argument == QLatin1String("--version")) {
+            options.version = true;
+        } else if (argument == QLatin1String("--uskudar")) {
+            options.uskudar = true;
+        } else if (argument == QLatin1String("--snapshot")) {
+            options.snapshotFolder = valueAfter(i);
+            if (!options.snapshotFolder || options.snapshotFolder->isEmpty())
+                return QStringLiteral("--snapshot bir klasör ister");
+        } else if (argument == QLatin1String("--service")) {
+            options.service = valueAfter(i);
+            if (!options.service)
+                return QStringLiteral("--service bir adres ister");
+        } else if (argument == QLatin1String("--now")) {
+            options.now = valueAfter(i);
+            if (!options.now)
+                return QStringLiteral("--now bir zaman ister (örn. 2026-03-10T12:30)");
+            if (!Snapshot::parseNow(*options.now))
+                return QStringLiteral("geçersiz zaman: %1 (YYYY-AA-GGTSS:DD olmalı, örn. 2026-03-10T12:30)").arg(*options.now);
+        } else {
+            return QStringLiteral("bilinmeyen seçenek: %1").arg(argument);
+        }
+    }
+    if (!options.snapshotFolder && !options.help && !options.version && (options.now || options.uskudar || options.service))
+        return QStringLiteral("--now, --uskudar ve --service yalnız --snapshot ile kullanılır");
+    return options;
+}
+
 int main(int argc, char **argv)
 {
     const QStringList arguments = argumentsOf(argc, argv);
-    if (const auto folder = snapshotFolder(arguments))
-        return runSnapshot(argc, argv, *folder, arguments);
-    if (arguments.contains(QStringLiteral("--help")) || arguments.contains(QStringLiteral("-h"))) {
+    // Read before Qt starts: a wrong option must not need a display to be told.
+    const std::variant<Options, QString> parsed = parse(arguments);
+    if (const QString *error = std::get_if<QString>(&parsed)) {
+        std::fprintf(stderr, "orvel: %s (yardım için: orvel --help)\n", qPrintable(*error));
+        return 2;
+    }
+    const Options &options = std::get<Options>(parsed);
+    if (options.help) {
         std::fputs(usage, stdout);
         return 0;
     }
-    if (arguments.contains(QStringLiteral("--version"))) {
+    if (options.version) {
         std::printf("orvel %s\n", ORVEL_VERSION);
         return 0;
     }
+    if (options.snapshotFolder)
+        return runSnapshot(argc, argv, *options.snapshotFolder, arguments);
     return runApplication(argc, argv);
 }
 

@@ -22,6 +22,8 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QEventLoop>
 #include <QFutureWatcher>
 #include <QHBoxLayout>
@@ -303,7 +305,7 @@ void writeTrayFaces(const QDir &folder)
         for (int i = 0; i < count; ++i)
             painter.drawImage(gap + i * (pixels + gap), gap, TrayPicture::image(faces[i], panel.text, pixels));
         painter.end();
-        strip.save(folder.filePath(QStringLiteral("tray-%1.png").arg(++number)), "PNG");
+        savePng(strip, folder.filePath(QStringLiteral("tray-%1.png").arg(++number)));
     }
 }
 
@@ -325,7 +327,17 @@ bool write(QWidget &view, Appearance appearance, double waitSeconds, const QStri
     image.fill(ViewStyle::window(appearance));
     view.render(&image);
     view.hide();
-    return !image.isNull() && image.save(path, "PNG");
+    savePng(image, path);
+    return true;
+}
+
+void savePng(const QImage &image, const QString &path)
+{
+    // A full disk makes libpng fail half-way: a file that is not whole is no picture.
+    if (image.isNull() || !image.save(path, "PNG") || QFileInfo(path).size() == 0) {
+        QFile::remove(path);
+        throw WriteError(path);
+    }
 }
 
 QStringList summary(const AppModel &model)
@@ -362,11 +374,20 @@ int run(const QString &outputDirectory, const QStringList &arguments)
     waitForLoad(model);
 
     const QDir folder(outputDirectory);
-    folder.mkpath(QStringLiteral("."));
-    for (const Appearance appearance : appearances)
-        renderAppearance(model, appearance, folder);
-    Colors::forceAppearance(std::nullopt);
-    writeTrayFaces(folder);
+    if (!folder.mkpath(QStringLiteral("."))) {
+        std::fprintf(stderr, "orvel: klasör oluşturulamadı: %s\n", qPrintable(outputDirectory));
+        return 1;
+    }
+    try {
+        for (const Appearance appearance : appearances)
+            renderAppearance(model, appearance, folder);
+        Colors::forceAppearance(std::nullopt);
+        writeTrayFaces(folder);
+    } catch (const WriteError &error) {
+        Colors::forceAppearance(std::nullopt);
+        std::fprintf(stderr, "orvel: resim yazılamadı: %s\n", qPrintable(error.path));
+        return 1;
+    }
 
     for (const QString &line : summary(model))
         printLine(line);

@@ -4,6 +4,7 @@
 #include "Instant.h"
 #include "Location.h"
 
+#include <QImage>
 #include <QString>
 #include <QStringList>
 
@@ -45,6 +46,13 @@ std::unique_ptr<QWidget> labels(AppModel &model, Appearance appearance);
 // Lays the view out at its own size on the appearance's window colour, lets it settle for
 // `waitSeconds`, and writes it as a PNG. False when nothing was written.
 bool write(QWidget &view, Appearance appearance, double waitSeconds, const QString &path);
+
+// A picture that could not be written whole (an unwritable folder, a full disk).
+struct WriteError {
+    QString path;
+};
+// Writes the PNG or throws WriteError, leaving no partial file behind.
+void savePng(const QImage &image, const QString &path);
 
 // "source=offline location=İstanbul, Üsküdar", then the six times when today is loaded.
 QStringList summary(const AppModel &model);

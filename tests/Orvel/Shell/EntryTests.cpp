@@ -3,11 +3,14 @@
 #include "QtTurkish.h"
 #include "ShellTestSupport.h"
 #include "SingleInstance.h"
+#include "Snapshot.h"
 
 #include <gtest/gtest.h>
 
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QCoreApplication>
 #include <QImage>
 #include <QLocale>
@@ -16,6 +19,7 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTimeZone>
+#include <QTemporaryDir>
 #include <QUuid>
 
 #include <sys/socket.h>
@@ -63,6 +67,39 @@ TEST(Entry, HelpAndVersionAnswerWithoutStarting)
     }
 }
 
+// Read as strictly as orvel-cli: anything it does not know is one Turkish line and exit 2, told
+// before Qt starts, so without a display too.
+TEST(Entry, OptionsAreReadStrictly)
+{
+    const auto error = [](const QStringList &arguments) {
+        const auto parsed = Entry::parse(QStringList{"orvel"} + arguments);
+        return std::holds_alternative<QString>(parsed) ? std::get<QString>(parsed) : QString();
+    };
+    EXPECT_TRUE(error({"--frob"}).contains("--frob"));
+    EXPECT_FALSE(error({"--snapshot"}).isEmpty());
+    EXPECT_FALSE(error({"--snapshot", "--uskudar"}).isEmpty()) << "an option is no folder";
+    EXPECT_TRUE(error({"--snapshot", "out", "--now", "yesterday"}).contains("yesterday"));
+    EXPECT_FALSE(error({"--snapshot", "out", "--now", "2026-13-45T99:99"}).isEmpty());
+    EXPECT_FALSE(error({"--now", "2026-03-10T12:30"}).isEmpty()) << "--now draws nothing without --snapshot";
+    const auto parsed = Entry::parse({"orvel", "--now", "2026-03-10T12:30", "--snapshot", "out", "--uskudar"});
+    ASSERT_TRUE(std::holds_alternative<Entry::Options>(parsed));
+    EXPECT_EQ(std::get<Entry::Options>(parsed),
+              (Entry::Options{false, false, QString("out"), QString("2026-03-10T12:30"), true, std::nullopt}));
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(name);
+    QProcess orvel;
+    orvel.setProcessEnvironment(environment);
+    orvel.start(ORVEL_EXECUTABLE, {"--frob"});
+    ASSERT_TRUE(orvel.waitForFinished(30'000));
+    EXPECT_EQ(orvel.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(orvel.exitCode(), 2);
+    const QString said = QString::fromUtf8(orvel.readAllStandardError());
+    EXPECT_TRUE(said.startsWith("orvel: bilinmeyen seçenek: --frob")) << said.toStdString();
+    EXPECT_EQ(said.count(u'\n'), 1);
+}
+
 TEST(Entry, QtsOwnDialogsSpeakTurkish)
 {
     const QLocale saved;
@@ -95,6 +132,32 @@ TEST(Snapshot, NowIsReadAsIstanbulTimeWhateverTheMachineZone)
         SCOPED_TRACE(bad);
         EXPECT_EQ(Snapshot::parseNow(bad), std::nullopt);
     }
+}
+
+// A picture that cannot be written is named, and nothing half-written is left.
+TEST(Snapshot, APictureThatCannotBeWrittenIsAnError)
+{
+    QTemporaryDir home;
+    QFile blocker(home.filePath("dosya"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    QImage image(4, 4, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    EXPECT_THROW(Snapshot::savePng(image, home.filePath("dosya/a.png")), Snapshot::WriteError);
+    EXPECT_NO_THROW(Snapshot::savePng(image, home.filePath("a.png")));
+    EXPECT_GT(QFileInfo(home.filePath("a.png")).size(), 0);
+
+    // The program says so and fails when its folder cannot be made.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(name);
+    environment.insert("HOME", home.path());
+    QProcess orvel;
+    orvel.setProcessEnvironment(environment);
+    orvel.start(ORVEL_EXECUTABLE, {"--snapshot", home.filePath("dosya/alt"), "--service", "http://127.0.0.1:1"});
+    ASSERT_TRUE(orvel.waitForFinished(120'000));
+    EXPECT_EQ(orvel.exitCode(), 1);
+    EXPECT_TRUE(QString::fromUtf8(orvel.readAllStandardError()).contains(home.filePath("dosya/alt")));
 }
 
 // The built program, started as a user would, with its own home and no reachable web service.
