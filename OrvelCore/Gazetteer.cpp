@@ -1,6 +1,7 @@
 #include "Gazetteer.h"
 
 #include <algorithm>
+#include <map>
 #include <array>
 #include <charconv>
 #include <clocale>
@@ -120,6 +121,14 @@ private:
     std::string folder_;
 };
 
+size_t accentedLetters(std::string_view text)
+{
+    // Bytes that begin a multi-byte UTF-8 sequence.
+    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) == 0xC0;
+    }));
+}
+
 std::optional<double> number(const std::string &text)
 {
     double value = 0;
@@ -152,10 +161,14 @@ struct Index::Data {
         // istanbul …"): one string per place keeps the world's index small.
         std::string words;
         std::vector<std::string> aliases; // other exact names ("amasya merkez")
+        // How well known the place is, for the order of results: its population, or for a
+        // district whose town GeoNames counts within its city's, a share of the city's.
+        int64_t weight = 0;
     };
     std::vector<Entry> entries;
     std::string problem;
 
+    void weighCoreDistricts();
     void add(Place place, const std::vector<std::string> &aliases = {})
     {
         Entry entry;
@@ -220,7 +233,7 @@ void Index::Data::readTurkey(const std::filesystem::path &file)
             continue;
         }
         Place place{f[2].empty() ? f[1] : f[2], f[1], turkeyCountry, turkeyZone, *latitude, *longitude,
-                    static_cast<int64_t>(std::clamp(*population, 0.0, 1e10)), std::nullopt};
+                    static_cast<int64_t>(std::clamp(*population, 0.0, 1e10)), std::nullopt, "TR"};
         const auto diyanetLatitude = number(f[6]);
         const auto diyanetLongitude = number(f[7]);
         if (diyanetLatitude && diyanetLongitude && std::fabs(*diyanetLatitude) <= 90 && std::fabs(*diyanetLongitude) <= 180)
@@ -235,6 +248,31 @@ void Index::Data::readTurkey(const std::filesystem::path &file)
     }
     if (header || bad > 0)
         problem = "Türkiye'nin il ve ilçe listesi bozuk (" + file.string() + (header ? "" : ", " + std::to_string(bad) + " satır okunamadı") + ")";
+    weighCoreDistricts();
+}
+
+void Index::Data::weighCoreDistricts()
+{
+    // A city's central districts (Kadıköy, Fatih) have no population of their own in GeoNames,
+    // which counts them in the city's. Each gets an equal share of the city among its districts,
+    // less a little for its distance from the centre, so that the city's heart comes first.
+    std::map<std::string, const Entry *> centres;
+    std::map<std::string, int64_t> districts;
+    for (Entry &entry : entries) {
+        entry.weight = entry.place.population;
+        if (entry.place.name == entry.place.state)
+            centres[entry.place.state] = &entry;
+        else
+            ++districts[entry.place.state];
+    }
+    for (Entry &entry : entries) {
+        const auto centre = centres.find(entry.place.state);
+        if (entry.place.population > 0 || centre == centres.end() || centre->second == &entry)
+            continue;
+        const Place &city = centre->second->place;
+        const double kilometres = kilometresBetween(city.latitude, city.longitude, entry.place.latitude, entry.place.longitude);
+        entry.weight = city.population / (districts[entry.place.state] + 1) - static_cast<int64_t>(kilometres * 1000);
+    }
 }
 
 void Index::Data::readWorld()
@@ -248,8 +286,10 @@ void Index::Data::readWorld()
             continue;
         add({copy(geonames_city_get_name(city.get())), copy(geonames_city_get_state(city.get())),
              copy(geonames_city_get_country(city.get())), copy(geonames_city_get_timezone(city.get())),
-             geonames_city_get_latitude(city.get()), geonames_city_get_longitude(city.get())});
+             geonames_city_get_latitude(city.get()), geonames_city_get_longitude(city.get()), 0, std::nullopt,
+             copy(geonames_city_get_country_code(city.get()))});
         entries.back().place.population = geonames_city_get_population(city.get());
+        entries.back().weight = entries.back().place.population;
         entryOfCity[static_cast<size_t>(i)] = entries.size() - 1;
     }
 
@@ -264,6 +304,10 @@ void Index::Data::readWorld()
         const Names own{copy(geonames_city_get_name(city.get())), copy(geonames_city_get_state(city.get()))};
         std::string state = withoutEnglishRegion(entry.place.state, own);
         const bool alias = fold(own.name) != entry.key;
+        // The same name with its letters stripped ("Tromso" for "Tromsø") gives way to the
+        // place's own spelling; a Turkish one ("Münih", "İzmir") stays.
+        if (!alias && accentedLetters(own.name) > accentedLetters(entry.place.name))
+            entry.place.name = own.name;
         if (!alias && state == entry.place.state)
             continue;
         if (alias)
@@ -331,7 +375,7 @@ std::vector<Place> Index::search(std::string_view query, size_t limit) const
             rank = 0;
         else if (entry.key.starts_with(joined))
             rank = 1;
-        hits.push_back({rank, entry.place.population, &entry.place});
+        hits.push_back({rank, entry.weight, &entry.place});
     }
     std::ranges::stable_sort(hits, [](const Hit &a, const Hit &b) {
         return a.rank != b.rank ? a.rank < b.rank : a.population > b.population;
@@ -400,6 +444,8 @@ Placemark Place::placemark() const
     mark.longitude = longitude;
     if (!timeZoneID.empty())
         mark.timeZoneID = timeZoneID;
+    if (!countryCode.empty())
+        mark.isoCountryCode = countryCode;
     return mark;
 }
 

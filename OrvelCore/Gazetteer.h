@@ -25,6 +25,7 @@ struct Place {
     double longitude = 0;
     int64_t population = 0;
     std::optional<GeoPoint> diyanetPoint;
+    std::string countryCode; // "TR"
 
     Placemark placemark() const;
     bool operator==(const Place &) const = default;

@@ -17,8 +17,13 @@ public:
     static constexpr auto fallbackName = "Konumum";
     // What a search says, in the application and on the command line alike.
     static constexpr auto noResults = "Sonuç bulunamadı.";
-    static constexpr auto searchFailed = "Arama yapılamadı. İnternet bağlantınızı kontrol edin.";
+    // The device's list was searched and knows no such place; the online search could not be asked.
+    static constexpr auto searchFailed = "Cihazdaki yer listesinde bulunamadı; çevrimiçi aramaya ulaşılamadı.";
     static constexpr auto offlineResults = "Arama servisine ulaşılamadı; bu liste cihazdaki yer listesinden.";
+    // The most places a search gives, online and offline alike.
+    static constexpr size_t resultLimit = 20;
+    static constexpr auto moreResults = "Yalnız ilk 20 sonuç gösteriliyor; aradığınız yoksa adı ilçesiyle ya da iliyle "
+                                       "birlikte yazın (örn. \"İstanbul Kadıköy\").";
     // How far the gazetteer may look for a position's name, and for its time zone.
     static constexpr double namingKilometres = 50;
     static constexpr double zoneKilometres = 300;
@@ -26,6 +31,7 @@ public:
     struct Search {
         std::vector<Location> places;
         bool offline = false; // from the gazetteer, the geocoder having failed
+        bool more = false;    // places were left out past resultLimit
 
         bool operator==(const Search &) const = default;
     };

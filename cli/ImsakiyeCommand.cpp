@@ -3,6 +3,7 @@
 #include "AppSettings.h"
 #include "Calendars.h"
 #include "Clock.h"
+#include "DayJson.h"
 #include "TextTable.h"
 
 #include <nlohmann/json.hpp>
@@ -141,24 +142,12 @@ std::string json(const Request &request, const Page &page)
     const std::vector<Imsakiye::Row> rows = Imsakiye::rows(page.page, page.days, zone);
     for (size_t i = 0; i < rows.size(); ++i) {
         const Imsakiye::Row &row = rows[i];
-        auto seconds = OrderedJson::array();
-        auto iso = OrderedJson::array();
-        for (const Instant instant : page.days[i].times) {
-            seconds.push_back(instant.seconds);
-            iso.push_back(Calendars::iso8601(instant, zone));
-        }
-        days.push_back({
-            {"day", OrderedJson(nlohmann::json(row.day))},
-            {"date", row.date},
-            {"hijri", row.hijri},
-            {"hijriDate", OrderedJson(nlohmann::json(row.hijriDate))},
-            {"note", row.note ? OrderedJson(*row.note) : OrderedJson(nullptr)},
-            {"clock", row.times},
-            {"times", std::move(seconds)},
-            {"iso", std::move(iso)},
-            {"today", row.isToday},
-            {"past", row.isPast},
-        });
+        // The day as `times` writes it, and what the page adds to it.
+        OrderedJson day = dayJson(page.days[i], zone);
+        day["note"] = row.note ? OrderedJson(*row.note) : OrderedJson(nullptr);
+        day["today"] = row.isToday;
+        day["past"] = row.isPast;
+        days.push_back(std::move(day));
     }
     OrderedJson document{
         {"mode", page.page.mode.rawValue()},

@@ -15,7 +15,7 @@ namespace {
 // After this the device's own list answers: a status bar or a script must not hang on a dead
 // geocoder.
 constexpr auto searchTimeout = std::chrono::seconds(2);
-constexpr int64_t maxChoice = 100;
+constexpr auto maxChoice = static_cast<int64_t>(PlaceFinder::resultLimit);
 
 OptionTable optionTable(Request &request)
 {
@@ -96,6 +96,8 @@ int run(const std::vector<std::string> &args, const Clock &, std::ostream &out, 
     }
     if (found.offline)
         err << PlaceFinder::offlineResults << "\n";
+    if (found.more && !request.choice)
+        err << PlaceFinder::moreResults << "\n";
 
     if (!request.choice) {
         out << (request.json ? json(found) : table(found.places));
@@ -106,7 +108,7 @@ int run(const std::vector<std::string> &args, const Clock &, std::ostream &out, 
                          + " yer var)");
     const Location &chosen = found.places[static_cast<std::size_t>(*request.choice - 1)];
     if (!AppSettings::choosePlace(chosen)) {
-        err << "Yer kaydedilemedi: ayarlar dosyası yazılamıyor.\n";
+        err << "orvel-cli: yer kaydedilemedi: ayarlar dosyası yazılamıyor\n";
         return 1;
     }
     if (request.json)

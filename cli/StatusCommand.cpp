@@ -50,6 +50,8 @@ OptionTable optionTable(Choices &choices)
     table.add({"--format", "BİÇİM",
                "text (iki satır), json, waybar, line (yalnız başlık) ya da genmon; varsayılan text",
                [&choices](std::string_view value) { choices.format = format(value); }});
+    // The same switch as every other command's, for scripts that pass it to all of them.
+    table.add({"--json", "", "--format json ile aynı", [&choices](std::string_view) { choices.format = Format::json; }});
     table.add({"--follow", "", "çalışmayı sürdür, gösterilen değiştikçe yeniden yaz (Orvel açıksa onu izler)",
                [&choices](std::string_view) { choices.follow = true; }});
     choices.place.addTo(table);

@@ -4,6 +4,7 @@
 #include "Calendars.h"
 #include "CliOptions.h"
 #include "Clock.h"
+#include "DayJson.h"
 #include "OrvelFormat.h"
 #include "TextTable.h"
 
@@ -90,25 +91,13 @@ std::string text(const Request &request, const DaysAnswer &answer)
 std::string json(const Request &request, const DaysAnswer &answer)
 {
     const TimeZone zone = request.location.timeZone();
-    auto days = nlohmann::json::array();
-    for (const DayTimes &day : answer.days) {
-        nlohmann::json entry = day;
-        auto clock = nlohmann::json::array();
-        auto iso = nlohmann::json::array();
-        for (const Instant instant : day.times) {
-            clock.push_back(OrvelFormat::time(instant, zone));
-            iso.push_back(Calendars::iso8601(instant, zone));
-        }
-        entry["clock"] = std::move(clock);
-        // The same moments as text with the place's offset, for scripts that read no epoch.
-        entry["iso"] = std::move(iso);
-        entry["hijriDate"] = day.hijriOrApproximate();
-        days.push_back(std::move(entry));
-    }
-    const nlohmann::json document{{"location", request.location},
-                                  {"method", request.method.rawValue()},
-                                  {"source", rawValue(answer.source)},
-                                  {"days", std::move(days)}};
+    auto days = nlohmann::ordered_json::array();
+    for (const DayTimes &day : answer.days)
+        days.push_back(dayJson(day, zone));
+    const nlohmann::ordered_json document{{"location", nlohmann::ordered_json(nlohmann::json(request.location))},
+                                          {"method", request.method.rawValue()},
+                                          {"source", rawValue(answer.source)},
+                                          {"days", std::move(days)}};
     // A place name given on the command line need not be valid UTF-8.
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }

@@ -1,8 +1,11 @@
 #include "CliOptions.h"
 #include "Clock.h"
+#include "Defaults.h"
+#include "DiyanetCalendar.h"
 #include "Gazetteer.h"
 #include "ImsakiyeCommand.h"
 #include "PlacesCommand.h"
+#include "PrayerRepository.h"
 #include "StatusCommand.h"
 #include "StopCommand.h"
 #include "TextTable.h"
@@ -43,6 +46,7 @@ std::string usage()
     std::string text = "Kullanım: orvel-cli KOMUT [seçenekler]\n\nKomutlar:\n";
     for (const Command &command : commands)
         text += "  " + cli::TextTable::padded(command.name, 8) + "  " + std::string(command.summary) + "\n";
+    text += "\nSeçenekler:\n  --help    bu yardımı gösterir\n  --version sürümü gösterir\n";
     text += "\nBir komutun seçenekleri için: orvel-cli KOMUT --help\n";
     return text;
 }
@@ -85,7 +89,12 @@ int main(int argc, char **argv)
     const std::vector<std::string> args(argv + 1, argv + argc);
     const SystemClock clock;
     Gazetteer::speakTurkish();
+    DiyanetCalendar::keepMonthStartsIn(PrayerRepository::defaultCacheDirectory() / DiyanetCalendar::storeFileName);
     try {
+        // A broken settings file is kept as it is; each run says why the defaults are shown.
+        if (const auto problem = Defaults::problem(); problem && !args.empty() && args.front() != "--help"
+            && args.front() != "--version")
+            std::cerr << "orvel-cli: uyarı: " << problem->toStdString() << '\n';
         return dispatch(args, clock);
     } catch (const cli::UsageError &error) {
         std::cerr << "orvel-cli: " << oneLine(error.what()) << '\n';

@@ -38,7 +38,7 @@ _orvel_cli()
     local options
     case $command in
         times) options="--date --days --json $place $source" ;;
-        status) options="--now --format --follow $place $source" ;;
+        status) options="--now --format --json --follow $place $source" ;;
         places) options="--choose --json --geocoder" ;;
         imsakiye) options="--mode --offset --date --json $place $source" ;;
     esac

@@ -26,6 +26,7 @@ complete -c orvel-cli -n '__fish_seen_subcommand_from times places imsakiye' -l 
 complete -c orvel-cli -n '__fish_seen_subcommand_from status' -l now -x -d 'bu an'
 complete -c orvel-cli -n '__fish_seen_subcommand_from status' -l format -x -a 'text json waybar line genmon' -d 'biçim'
 complete -c orvel-cli -n '__fish_seen_subcommand_from status' -l follow -d 'izle'
+complete -c orvel-cli -n '__fish_seen_subcommand_from status' -l json -d 'JSON yaz'
 complete -c orvel-cli -n '__fish_seen_subcommand_from places' -l choose -x -d 'listedeki N. yeri seç'
 complete -c orvel-cli -n '__fish_seen_subcommand_from places' -l geocoder -x -d 'yer arama servisi'
 complete -c orvel-cli -n '__fish_seen_subcommand_from imsakiye' -l mode -x -a 'week month ramadan hafta ay ramazan' -d 'sayfa'

@@ -46,6 +46,7 @@ public:
 struct PlaceSearch {
     std::vector<Location> places; // in the geocoder's order, one per name
     bool offline = false;         // answered from the offline gazetteer
+    bool more = false;            // more places matched than are listed
 
     bool operator==(const PlaceSearch &) const = default;
 };

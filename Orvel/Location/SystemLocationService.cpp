@@ -171,7 +171,7 @@ QFuture<PlaceSearch> SystemLocationService::search(const QString &query)
     return QtConcurrent::run([finder = finder_, text] {
         try {
             PlaceFinder::Search found = finder.search(text);
-            return PlaceSearch{std::move(found.places), found.offline};
+            return PlaceSearch{std::move(found.places), found.offline, found.more};
         } catch (const PlaceFinder::Unavailable &failure) {
             throw SearchFailure(QString::fromStdString(failure.what()));
         } catch (const std::exception &) {

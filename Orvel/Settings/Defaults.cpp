@@ -1,5 +1,6 @@
 #include "Defaults.h"
 
+#include <QFileInfo>
 #include <QMetaType>
 
 #include <algorithm>
@@ -268,6 +269,21 @@ Settings load()
         settings.fridayMinutes = *minutes;
     settings.pauseMedia = boolean(Key::pauseMedia).value_or(settings.pauseMedia);
     return settings;
+}
+
+std::optional<QString> problem()
+{
+    QSettings &settings = store();
+    // Qt marks a file that is no settings file at all by an error, or by reading nothing from it.
+    const bool nothingRead = settings.allKeys().isEmpty() && QFileInfo(settings.fileName()).size() > 0;
+    if (settings.status() == QSettings::FormatError || nothingRead)
+        return QStringLiteral("ayarlar dosyası okunamadı, varsayılan ayarlar kullanılıyor (%1)").arg(settings.fileName());
+    if (settings.contains(name(Key::location))) {
+        const auto location = decode<Location>(Key::location);
+        if (!location || !isUsable(*location))
+            return QStringLiteral("kayıtlı yer okunamadı, İstanbul gösteriliyor (%1)").arg(settings.fileName());
+    }
+    return std::nullopt;
 }
 
 void writeNotified(const std::set<Prayer::Value> &prayers)

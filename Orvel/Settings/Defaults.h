@@ -156,6 +156,9 @@ struct Settings {
 
 // The stored settings, each one that is missing or unusable replaced by its default.
 Settings load();
+// Why the stored settings were not all read, in Turkish (one line, no program name): a file that
+// is not a settings file at all, or a stored place that does not read. The file is kept as it is.
+std::optional<QString> problem();
 
 // The stored forms of the settings that are not plain values.
 void writeNotified(const std::set<Prayer::Value> &prayers);

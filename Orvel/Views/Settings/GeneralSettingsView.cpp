@@ -1,6 +1,7 @@
 #include "GeneralSettingsView.h"
 
 #include "AppModel.h"
+#include "Defaults.h"
 #include "LocationService.h"
 #include "LoginItem.h"
 #include "PlaceFinder.h"
@@ -105,6 +106,14 @@ GeneralSettingsView::GeneralSettingsView(AppModel &model, LocationService &locat
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(20, 16, 20, 20);
     column->setSpacing(18);
+    // A settings file that did not read is kept as it is; the window says why the defaults show.
+    if (const auto problem = Defaults::problem()) {
+        QLabel *note = label(QStringLiteral("Ayarlar okunamadı: ") + *problem + u'.', Tone::secondary);
+        note->setObjectName(QStringLiteral("settingsProblem"));
+        note->setWordWrap(true);
+        note->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        column->addWidget(note);
+    }
     column->addWidget(makePlaceSection());
     column->addWidget(makeMenuBarSection());
     column->addWidget(makeRamadanSection());
@@ -284,6 +293,8 @@ void GeneralSettingsView::search()
                       setLocationMessage(QString::fromUtf8(PlaceFinder::noResults));
                   else if (found.offline)
                       setLocationMessage(QString::fromUtf8(PlaceFinder::offlineResults));
+                  else if (found.more)
+                      setLocationMessage(QString::fromUtf8(PlaceFinder::moreResults));
                   setSearching(false);
               })
         .onFailed(this, [failed](const SearchFailure &failure) { failed(failure.detail); })

@@ -38,7 +38,7 @@ KerahatSettingsView::KerahatSettingsView(AppModel &model, QWidget *parent)
         row(QStringLiteral("Tepsi simgesinde işaret"), dot_, QStringLiteral("Kerahat sırasında küçük turuncu nokta")));
     dependent_[1] = section->addRow(row(QStringLiteral("Başlarken bildir"), notify_, QStringLiteral("Sessiz bildirim")));
     dependent_[2] = section->addRow(row(QStringLiteral("Güneş doğuşu ve batışı"), minutes_,
-                                        QStringLiteral("İstiva: Öğle'den önceki %1 dakika").arg(istivaMinutes)));
+                                        QStringLiteral("İstiva: öğleden önceki %1 dakika").arg(istivaMinutes)));
 
     connect(show_, &Switch::toggled, &model_, &AppModel::setShowKerahat);
     connect(dot_, &Switch::toggled, &model_, &AppModel::setKerahatMenuDot);
