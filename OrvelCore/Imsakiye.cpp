@@ -184,9 +184,9 @@ bool isHighlighted(ImsakiyeMode mode, Prayer prayer)
     return mode == ImsakiyeMode::ramadan && (prayer == Prayer::imsak || prayer == Prayer::aksam);
 }
 
-bool isDimmed(ImsakiyeMode mode, const Row &row)
+bool isDimmed(const Row &row)
 {
-    return row.isPast && !row.isToday && mode != ImsakiyeMode::ramadan;
+    return row.isPast && !row.isToday;
 }
 
 std::string_view hijriHeading(ImsakiyeMode mode)

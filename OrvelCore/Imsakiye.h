@@ -91,8 +91,8 @@ std::vector<std::string_view> notices(const std::vector<DayTimes> &days);
 
 // Sahur and iftar stand out in Ramadan mode.
 bool isHighlighted(ImsakiyeMode mode, Prayer prayer);
-// Days gone by fade, except in Ramadan mode, where the whole month is the point.
-bool isDimmed(ImsakiyeMode mode, const Row &row);
+// Days gone by fade on every page, so that today and the days to come stand out.
+bool isDimmed(const Row &row);
 // The columns' headings: "Tarih", "Hicri" or "Ramazan", the prayers' names, and under İmsak and
 // Akşam "Sahur" and "İftar" in Ramadan mode.
 std::string_view hijriHeading(ImsakiyeMode mode);

@@ -180,6 +180,11 @@ DayKey date(std::string_view input)
     if (!year || !month || !day || *year < 1 || *month < 1 || *month > 12 || *day < 1
         || *day > Calendars::daysInMonth(*year, *month))
         throw fail();
+    // The sun's formulas and Diyanet's calendar hold for these years; past them a date would show
+    // times and a Hijri year that mean nothing.
+    if (*year < firstSupportedYear || *year > lastSupportedYear)
+        throw UsageError("desteklenmeyen tarih: " + text(input) + " (" + std::to_string(firstSupportedYear) + " ile "
+                         + std::to_string(lastSupportedYear) + " yılları arasında olmalı)");
     return {*year, *month, *day};
 }
 
@@ -197,7 +202,9 @@ CivilTime minute(std::string_view input)
     DayKey day;
     try {
         day = date(input.substr(0, 10));
-    } catch (const UsageError &) {
+    } catch (const UsageError &error) {
+        if (std::string_view(error.what()).starts_with("desteklenmeyen"))
+            throw;
         throw fail();
     }
     return {day.year, day.month, day.day, *hour, *minute, 0};

@@ -61,6 +61,9 @@ double number(std::string_view text, std::string_view what);
 double number(std::string_view text, std::string_view what, double min, double max);
 int64_t integer(std::string_view text, std::string_view what, int64_t min, int64_t max);
 // "YYYY-MM-DD" of a day that exists.
+// The years whose times and Hijri dates the rules support.
+constexpr int64_t firstSupportedYear = 1900;
+constexpr int64_t lastSupportedYear = 2100;
 DayKey date(std::string_view text);
 // "YYYY-MM-DDTHH:mm": a wall-clock minute, read later in the place's zone.
 CivilTime minute(std::string_view text);

@@ -5,6 +5,7 @@
 #include "AppModel.h"
 #include "Calendars.h"
 #include "Defaults.h"
+#include "ImageView.h"
 #include "ImsakiyeView.h"
 #include "KerahatSettingsView.h"
 #include "LocationService.h"
@@ -119,8 +120,8 @@ void addRow(QVBoxLayout &column, const QString &title, const StatusImage::Image 
 
     // Template images take the colour of the text so that they show on either background.
     const StatusImage::Image shown = image.isTemplate ? image.tinted(ViewStyle::primary(appearance)) : image;
-    auto *picture = new QLabel;
-    picture->setPixmap(QPixmap::fromImage(shown.image));
+    auto *picture = new ImageView;
+    picture->setImage(shown.image);
     row->addWidget(picture);
     row->addStretch(1);
     column.addLayout(row);

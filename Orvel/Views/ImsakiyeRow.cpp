@@ -77,7 +77,7 @@ void ImsakiyeRow::paintEvent(QPaintEvent *)
         painter.setBrush(ViewStyle::faded(accent, todayFill));
         painter.drawRoundedRect(QRectF(rect()), cornerRadius, cornerRadius);
     }
-    if (Imsakiye::isDimmed(content_.mode, row))
+    if (Imsakiye::isDimmed(row))
         painter.setOpacity(pastOpacity);
 
     const ImsakiyeColumns::Layout columns = ImsakiyeColumns::layout(QRectF(rect()));

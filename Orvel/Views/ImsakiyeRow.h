@@ -3,19 +3,20 @@
 #include "Colors.h"
 #include "Imsakiye.h"
 #include "ImsakiyeMode.h"
+#include "ViewStyle.h"
 
 #include <QWidget>
 
 namespace orvel {
 
 // One day of the timetable: the date with its note under it, the Hijri date and the six times.
-// Today's row is tinted; sahur and iftar stand out in Ramadan; days gone by fade outside it.
+// Today's row is tinted; sahur and iftar stand out in Ramadan; days gone by fade.
 class ImsakiyeRow : public QWidget {
     Q_OBJECT
 
 public:
     static constexpr int rowHeight = 30;
-    static constexpr qreal pastOpacity = 0.55;
+    static constexpr qreal pastOpacity = ViewStyle::pastOpacity;
     static constexpr qreal todayFill = 0.13;
 
     struct Content {

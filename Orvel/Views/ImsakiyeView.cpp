@@ -351,8 +351,23 @@ void ImsakiyeView::centreToday()
     if (found == days_.end())
         return;
     const int index = static_cast<int>(found - days_.begin());
-    const int centre = listTop + index * (ImsakiyeRow::rowHeight + rowSpacing) + ImsakiyeRow::rowHeight / 2;
-    list_->verticalScrollBar()->setValue(centre - list_->viewport()->height() / 2);
+    QScrollBar *bar = list_->verticalScrollBar();
+    bar->setValue(scrollShowing(index, list_->viewport()->height(), bar->maximum()));
+}
+
+int ImsakiyeView::scrollShowing(int index, int viewportHeight, int maximum)
+{
+    // Today near the middle, and the top of the view on a row's top so that no row shows cut in
+    // half under the headings.
+    const int pitch = ImsakiyeRow::rowHeight + rowSpacing;
+    const int rowsAbove = std::max(0, (viewportHeight / pitch - 1) / 2);
+    const int first = std::max(0, index - rowsAbove);
+    const auto rowTop = [&](int row) { return row == 0 ? 0 : listTop + row * pitch; };
+    int value = rowTop(first);
+    // Near the end, the last whole row's top that the list can scroll to.
+    for (int row = first; value > maximum && row > 0; --row)
+        value = rowTop(row - 1);
+    return std::min(value, maximum);
 }
 
 // Drawing.

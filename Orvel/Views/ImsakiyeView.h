@@ -68,6 +68,9 @@ public:
     // The page of the model's today, off the UI thread.
     static QFuture<Loaded> load(ImsakiyeMode mode, int64_t offset, const AppModel &model);
     static ImsakiyePage page(ImsakiyeMode mode, int64_t offset, const AppModel &model);
+    // The list's scroll position that shows the row `index` near the middle of a view this tall
+    // with whole rows from the top.
+    static int scrollShowing(int index, int viewportHeight, int maximum);
 
     ImsakiyeMode mode() const { return mode_; }
     // A new mode starts at the current page.

@@ -16,7 +16,7 @@ namespace {
 constexpr qreal textPoints = 11.5;
 constexpr QSizeF barSize{3, 14};
 constexpr qreal cornerRadius = 7;
-constexpr qreal pastOpacity = 0.42;
+using ViewStyle::pastOpacity;
 constexpr qreal titleGap = 4;
 constexpr qreal rangeGap = 8;
 constexpr qreal minimumScale = 0.85;

@@ -22,7 +22,7 @@ constexpr qreal badgePaddingY = 1.5;
 constexpr qreal captionPoints = 11;
 constexpr qreal captionGap = 6;
 constexpr qreal cornerRadius = 9;
-constexpr qreal pastOpacity = 0.42;
+using ViewStyle::pastOpacity;
 
 QFont::Weight nameWeight(PrayerRowState state)
 {

@@ -65,6 +65,21 @@ QColor controlBackground(Appearance appearance)
     return appearance == Appearance::dark ? QColor(30, 30, 30) : QColor(255, 255, 255);
 }
 
+QColor fieldEdge(Appearance appearance)
+{
+    return appearance == Appearance::dark ? QColor(120, 120, 120) : QColor(130, 130, 130);
+}
+
+QString fieldStyleSheet(Appearance appearance)
+{
+    // Fusion draws a field's edge a shade off the window, which all but vanishes on a dark card.
+    return QStringLiteral("QLineEdit, QAbstractSpinBox, QComboBox { border: 1px solid %1; border-radius: 5px; "
+                          "padding: 2px 6px; background: %2; color: %3; } "
+                          "QComboBox::drop-down { border: none; width: 22px; }")
+        .arg(fieldEdge(appearance).name(), controlBackground(appearance).name(),
+             primary(appearance).name(QColor::HexArgb));
+}
+
 QColor accent(Appearance appearance) { return Colors::orvel(appearance); }
 QColor kerahat(Appearance appearance) { return Colors::kerahat(appearance); }
 

@@ -33,6 +33,13 @@ QColor kerahat(Appearance appearance);
 // The colour with its alpha multiplied by opacity.
 QColor faded(QColor color, qreal opacity);
 
+// How far a time gone by fades: its text still reads at 4.5:1 on the panel and the timetable.
+constexpr qreal pastOpacity = 0.66;
+// The edge of a text field, spin box or list box: 3:1 against the card it sits on.
+QColor fieldEdge(Appearance appearance);
+// The style sheet that draws those edges, for a window of forms.
+QString fieldStyleSheet(Appearance appearance);
+
 // A palette of the appearance's colours, so that a forced dark render is dark on a light desktop.
 QPalette palette(Appearance appearance);
 

@@ -179,10 +179,9 @@ TEST(Imsakiye, rowsNotesAndHighlights)
     EXPECT_FALSE(today.isPast);
     EXPECT_TRUE(rows[18].isPast && !rows[18].isToday);
     EXPECT_FALSE(rows[20].isPast || rows[20].isToday);
-    // The whole of Ramadan stays bright; past days of other pages fade.
-    EXPECT_FALSE(Imsakiye::isDimmed(ImsakiyeMode::ramadan, rows[18]));
-    EXPECT_TRUE(Imsakiye::isDimmed(ImsakiyeMode::month, rows[18]));
-    EXPECT_FALSE(Imsakiye::isDimmed(ImsakiyeMode::month, today));
+    // Days gone by fade on every page, the Ramadan one too; today does not.
+    EXPECT_TRUE(Imsakiye::isDimmed(rows[18]));
+    EXPECT_FALSE(Imsakiye::isDimmed(today));
 
     std::vector<std::string> notes;
     for (const Imsakiye::Row &row : rows)

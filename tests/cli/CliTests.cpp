@@ -33,6 +33,10 @@ TEST(Cli, badInputGivesStatusTwoAndOneLine)
         {{"times", "--method", "hanafi"}, "hanafi"},
         {{"times", "--date", "2025-02-30"}, "2025-02-30"},
         {{"times", "--date"}, "--date"},
+        // Past the years the rules hold for there is nothing true to show.
+        {{"times", "--date", "9999-12-31"}, "1900 ile 2100"},
+        {{"imsakiye", "--date", "1850-01-01"}, "1850-01-01"},
+        {{"status", "--now", "2200-01-01T10:00"}, "2200-01-01"},
         {{"times", "--lat", "95", "--lon", "29"}, "geçersiz enlem: 95 (−90 ile 90 arasında olmalı)"},
         {{"times", "--lat", "41", "--lon", "-180.5"}, "boylam: -180.5"},
         {{"times", "--lat", "nan", "--lon", "29"}, "nan"},
@@ -242,6 +246,14 @@ TEST(Cli, statusBarRecipesAreTheSameInTheReadmeAndTheManual)
     EXPECT_EQ(readme, manual);
     EXPECT_TRUE(readme.contains("orvel-cli status --follow --format waybar"));
     EXPECT_TRUE(readme.contains("orvel-cli status --follow --format line"));
+}
+
+TEST(Cli, helpNamesTheProgramsOwnOptions)
+{
+    const CliRun help = runCli({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("--version"), std::string::npos) << help.out;
+    EXPECT_TRUE(runCli({"--version"}).out.starts_with("orvel-cli "));
 }
 
 TEST(Cli, stopWithoutARunningOrvelSaysSo)

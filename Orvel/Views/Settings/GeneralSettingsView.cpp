@@ -2,6 +2,7 @@
 
 #include "AppModel.h"
 #include "Defaults.h"
+#include "ImageView.h"
 #include "LocationService.h"
 #include "LoginItem.h"
 #include "PlaceFinder.h"
@@ -79,9 +80,9 @@ private:
 };
 
 // The status item as the panel would show it, on a faint rounded plate.
-class PreviewPlate : public QLabel {
+class PreviewPlate : public ImageView {
 public:
-    PreviewPlate() { setContentsMargins(8, 2, 8, 2); }
+    PreviewPlate() { setPadding(QMargins(8, 2, 8, 2)); }
 
 protected:
     void paintEvent(QPaintEvent *event) override
@@ -92,7 +93,7 @@ protected:
         painter.setBrush(ViewStyle::faded(ViewStyle::primary(Colors::current()), 0.08));
         painter.drawRoundedRect(QRectF(rect()), 6, 6);
         painter.end();
-        QLabel::paintEvent(event);
+        ImageView::paintEvent(event);
     }
 };
 
@@ -258,7 +259,7 @@ void GeneralSettingsView::refreshPreview()
     const qreal ratio = std::max<qreal>(devicePixelRatioF(), 2.0);
     const StatusImage::Image image = model_.menuBarImage(model_.menuBarStyle(), false, ratio);
     const StatusImage::Image shown = image.isTemplate ? image.tinted(ViewStyle::primary(Colors::current())) : image;
-    preview_->setPixmap(QPixmap::fromImage(shown.image));
+    preview_->setImage(shown.image);
 }
 
 void GeneralSettingsView::refreshLogin()

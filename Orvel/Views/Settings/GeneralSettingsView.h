@@ -18,6 +18,7 @@ class QVBoxLayout;
 namespace orvel {
 
 class AppModel;
+class ImageView;
 class LocationService;
 class Spinner;
 
@@ -61,7 +62,7 @@ public:
     QList<QAbstractButton *> resultButtons() const;
     QComboBox *methodPicker() const { return method_; }
     SegmentedControl *styleSegments() const { return style_; }
-    QLabel *preview() const { return preview_; }
+    ImageView *preview() const { return preview_; }
     SettingsForm::Switch *iconRemainingSwitch() const { return iconRemaining_; }
     SettingsForm::Switch *ramadanSwitch() const { return ramadan_; }
     SettingsForm::Switch *loginSwitch() const { return login_; }
@@ -100,7 +101,7 @@ private:
     QLabel *message_ = nullptr;
     QComboBox *method_ = nullptr;
     SegmentedControl *style_ = nullptr;
-    QLabel *preview_ = nullptr;
+    ImageView *preview_ = nullptr;
     SettingsForm::Switch *iconRemaining_ = nullptr;
     bool panelShowsLabel_ = false;
     SettingsForm::Switch *ramadan_ = nullptr;

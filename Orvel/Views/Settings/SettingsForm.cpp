@@ -97,6 +97,7 @@ void setSymbolColor(QLabel *label, const QColor &color)
 void applyAppearance(QWidget *root, Appearance appearance)
 {
     root->setPalette(ViewStyle::palette(appearance));
+    root->setStyleSheet(ViewStyle::fieldStyleSheet(appearance));
     for (QLabel *label : root->findChildren<QLabel *>()) {
         const QVariant fixed = label->property(fixedColorProperty);
         if (fixed.isValid()) {

@@ -128,6 +128,26 @@ protected:
 
 } // namespace
 
+// The month opens on today with whole rows under the headings: the view's top is a row's top.
+TEST(ImsakiyeScroll, TodayNearTheMiddleWithWholeRowsOnTop)
+{
+    const int pitch = ImsakiyeRow::rowHeight + 2;
+    for (const int height : {300, 451, 520}) {
+        const int maximum = 31 * pitch + 20 - height;
+        for (int index = 0; index < 31; ++index) {
+            const int value = ImsakiyeView::scrollShowing(index, height, maximum);
+            SCOPED_TRACE(std::to_string(height) + " " + std::to_string(index));
+            EXPECT_TRUE(value == 0 || (value - 4) % pitch == 0) << value;
+            EXPECT_LE(value, maximum);
+            // Today is in view.
+            const int top = 4 + index * pitch;
+            EXPECT_GE(top, value);
+            EXPECT_LE(top + ImsakiyeRow::rowHeight, value + height);
+        }
+    }
+    EXPECT_EQ(ImsakiyeView::scrollShowing(0, 400, 600), 0);
+}
+
 TEST_F(ImsakiyeViewTest, PagesWithButtonsKeysAndModes)
 {
     std::unique_ptr<AppModel> model = loadedModel();
@@ -144,7 +164,7 @@ TEST_F(ImsakiyeViewTest, PagesWithButtonsKeysAndModes)
               (QStringList{"Tarih", "Hicri", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı"}));
     EXPECT_EQ(view.rows()[9]->accessibleName(), QStringLiteral("10 Mar Sal, 20 Ramazan, İmsak 05:53, Güneş 07:17, Öğle 13:19, "
                                                                "İkindi 16:34, Akşam 19:11, Yatsı 20:30, bugün"));
-    EXPECT_TRUE(Imsakiye::isDimmed(ImsakiyeMode::month, view.rows()[8]->content().row));
+    EXPECT_TRUE(Imsakiye::isDimmed(view.rows()[8]->content().row));
 
     // Each step is the next page, from the buttons and from the keyboard alike.
     const auto step = [&](auto act, const QString &title, int64_t offset) {

@@ -3,6 +3,7 @@
 #include "Defaults.h"
 #include "FileChooser.h"
 #include "GeneralSettingsView.h"
+#include "ImageView.h"
 #include "KerahatSettingsView.h"
 #include "LocationService.h"
 #include "NotificationBackend.h"
@@ -20,6 +21,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QtMath>
 #include <QApplication>
 #include <QComboBox>
 #include <QFile>
@@ -239,7 +241,10 @@ TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
     EXPECT_EQ(view.methodPicker()->currentText(), "Mısır Genel Araştırma Kurumu");
     EXPECT_EQ(view.styleSegments()->current(), 1);
     EXPECT_EQ(view.placeLabel()->text(), "Berlin");
-    EXPECT_FALSE(view.preview()->pixmap().isNull());
+    // Drawn for a 2x screen whatever the window's own ratio, and shown at its size in points.
+    ASSERT_FALSE(view.preview()->image().isNull());
+    EXPECT_GE(view.preview()->image().devicePixelRatio(), 2.0);
+    EXPECT_EQ(view.preview()->sizeHint().height(), qCeil(view.preview()->image().deviceIndependentSize().height()) + 4);
 
     // The time left on the icon: on by default where the panel shows no title, then as chosen.
     EXPECT_TRUE(view.iconRemainingSwitch()->isChecked());
