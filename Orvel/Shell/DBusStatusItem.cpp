@@ -207,17 +207,23 @@ void DBusStatusItem::update(const AppModel &model)
         SniPixmaps pixmaps;
         for (const int size : iconSizes)
             pixmaps << SniPixmap::from(TrayPicture::image(picture.face, picture.ink, size));
-        // Panels that recolour symbolic icons get one, unless the face carries digits that only
-        // the pixmaps have; the entry's green disc is a picture of its own. Other hosts keep to
-        // the pixmaps, which every face has.
-        const bool named = picture.face.remaining.isEmpty() && picture.face.state != TrayPicture::State::entry
-            && !item_->iconThemePath().isEmpty() && PanelColors::recoloursSymbolicIcons();
+        const bool named = !item_->iconThemePath().isEmpty()
+            && offersIconName(picture.face, panelShowsLabel_, PanelColors::recoloursSymbolicIcons());
         item_->setIcon(pixmaps, named ? TrayPicture::symbolicName(picture.face.state) : QString());
         picture_ = picture;
         ++redrawCount_;
     }
     item_->setToolTipText(QString::fromStdString(line.label));
     item_->setLabel(QString::fromStdString(line.text), labelGuide(model.menuBarStyle()));
+}
+
+bool DBusStatusItem::offersIconName(const TrayPicture::Face &face, bool panelShowsLabel, bool panelRecolours)
+{
+    // Panels that recolour symbolic icons (GNOME, Plasma) and the Ayatana indicators, which draw
+    // a named icon only, get one, unless the face carries digits that only the pixmaps have.
+    // Other hosts (Cinnamon's applet draws no symbolic name) keep to the pixmaps, which every face
+    // has.
+    return face.remaining.isEmpty() && (panelShowsLabel || panelRecolours);
 }
 
 void DBusStatusItem::setMenu(QMenu *menu)

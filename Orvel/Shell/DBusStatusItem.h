@@ -31,6 +31,9 @@ public:
 
     // A panel on this bus collects status notifier items.
     static bool watcherPresent(const QDBusConnection &connection);
+    // Whether the item offers the face by name as well as in pixels, for a panel that shows the
+    // title beside the icon (Ayatana, GNOME) or recolours named icons (GNOME, Plasma).
+    static bool offersIconName(const TrayPicture::Face &face, bool panelShowsLabel, bool panelRecolours);
 
     bool isAvailable() const override;
     void show() override;

@@ -386,6 +386,20 @@ TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
     EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
 }
 
+TEST(DBusStatusItem, NamedIconsOnlyWherePanelsDrawThem)
+{
+    using State = TrayPicture::State;
+    // MATE's Ayatana applet draws no pixmap at all: without the name the item was a broken icon.
+    EXPECT_TRUE(DBusStatusItem::offersIconName({State::normal, {}}, true, false));
+    EXPECT_TRUE(DBusStatusItem::offersIconName({State::entry, {}}, true, false));
+    // GNOME and Plasma recolour the name.
+    EXPECT_TRUE(DBusStatusItem::offersIconName({State::kerahat, {}}, false, true));
+    // Cinnamon's applet and XFCE's tray draw the pixmaps, which carry every face.
+    EXPECT_FALSE(DBusStatusItem::offersIconName({State::entry, {}}, false, false));
+    // Digits only the pixmaps have.
+    EXPECT_FALSE(DBusStatusItem::offersIconName({State::normal, "49"}, true, true));
+}
+
 TEST(PanelColors, TheDesktopsPanelDecidesTheInk)
 {
     const QByteArray breezeDark = "[General]\nColorScheme=BreezeDark\n[Colors:View]\nBackgroundNormal=20,22,24\n"
