@@ -3,6 +3,7 @@
 #include "Calendars.h"
 #include "JsonValues.h"
 
+#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -55,6 +56,21 @@ void from_json(const nlohmann::json &json, DayKey &day)
     day.day = JsonValues::integer(json, "day");
     if (!day.isValid())
         throw nlohmann::json::other_error::create(501, "no such date", &json);
+}
+
+double DayKey::julianDay() const
+{
+    // Meeus, Astronomical Algorithms, 7.1: January and February count as months 13 and 14 of the
+    // year before.
+    auto y = static_cast<double>(year);
+    auto m = static_cast<double>(month);
+    if (month < 3) {
+        y -= 1;
+        m += 12;
+    }
+    const double a = std::floor(y / 100);
+    const double b = 2 - a + std::floor(a * 0.25);
+    return b + std::floor((y + 4716) * 365.25) + std::floor((m + 1) * 30.6001) + static_cast<double>(day) - 1524.5;
 }
 
 } // namespace orvel

@@ -32,6 +32,8 @@ struct DayKey {
     DayKey adding(int64_t days) const;
     MonthKey monthKey() const { return {year, month}; }
     std::string description() const; // "2025-03-07"
+    // The Julian day number at 0h UT of the date (2024-02-29: 2460369.5).
+    double julianDay() const;
 
     auto operator<=>(const DayKey &) const = default;
 };

@@ -1,7 +1,6 @@
 #include "DiyanetCalendar.h"
 
 #include "Calendars.h"
-#include "PrayerCalculator.h"
 #include "SafeFile.h"
 #include "SolarPosition.h"
 #include "TimeZone.h"
@@ -62,7 +61,7 @@ constexpr double lunarPrecision = 0.000001;
 double radians(double degrees) { return degrees * std::numbers::pi / 180; }
 double degrees(double radians) { return radians * 180 / std::numbers::pi; }
 
-double julianDay(const DayKey &day) { return PrayerCalculator::julian(day.year, day.month, day.day); }
+double julianDay(const DayKey &day) { return day.julianDay(); }
 
 double wrap180(double angle)
 {

@@ -2,7 +2,6 @@
 
 #include "HighLatitude.h"
 #include "Location.h"
-#include "PrayerCalculator.h"
 #include "SolarPosition.h"
 #include "TimeZone.h"
 
@@ -99,7 +98,7 @@ double practiceImsakMinutes(double nightMinutes)
 
 DayTimes times(const DayKey &day, double latitude, double longitude, const TimeZone &zone, Region region, HighLatitudeRule rule)
 {
-    const SolarPosition sun = SolarPosition::at(PrayerCalculator::julian(day.year, day.month, day.day));
+    const SolarPosition sun = SolarPosition::at(day.julianDay());
     // Minutes are reckoned with the offset at local noon and turned back into instants with it, so
     // that on a clock-change day each time lands on its real moment.
     const int offset = zone.offsetSeconds(day.at(12 * 60, zone));

@@ -1,3 +1,4 @@
+#include "HighLatitude.h"
 #include "OrvelFormat.h"
 #include "PrayerCalculator.h"
 
@@ -130,13 +131,19 @@ TEST(PrayerCalculator, unknownZoneFallsBackToTheMachineZone)
 TEST(PrayerCalculator, julianDaysAndRounding)
 {
     // January and February count as months 13 and 14 of the year before.
-    EXPECT_DOUBLE_EQ(PrayerCalculator::julian(2024, 2, 29), 2460369.5);
-    EXPECT_DOUBLE_EQ(PrayerCalculator::julian(2024, 3, 1), 2460370.5);
-    // The adjustment is added before rounding, and halves round away from zero.
-    // 13:10:30 is 790.5 minutes; +5 gives 795.5, rounded up to 796 (13:16).
-    EXPECT_EQ(PrayerCalculator::roundedMinutes(13.175, 5), 796);
-    // Exact halves in binary: 787.5 + 5 = 792.5 → 793 (not the even 792).
-    EXPECT_EQ(PrayerCalculator::roundedMinutes(13.125, 5), 793);
-    // 7.5 − 10 = −2.5 → −3: away from zero, and not round(7.5) − 10 = −2.
-    EXPECT_EQ(PrayerCalculator::roundedMinutes(0.125, -10), -3);
+    EXPECT_DOUBLE_EQ((DayKey{2024, 2, 29}.julianDay()), 2460369.5);
+    EXPECT_DOUBLE_EQ((DayKey{2024, 3, 1}.julianDay()), 2460370.5);
+    // The adjustments are in the hours before rounding, and halves round away from zero:
+    // 13:10:30 + 5 minutes is 795.5 minutes, 796 (13:16); 792.5 is 793, not the even 792.
+    std::array<bool, 6> estimated{};
+    const std::array<double, 6> hours{5, 6, 13.175 + 5.0 / 60, 14, 15, 16};
+    EXPECT_EQ(HighLatitude::spacedMinutes(hours, estimated)[2], 796);
+    EXPECT_EQ(HighLatitude::spacedMinutes({5, 6, 13.125 + 5.0 / 60, 14, 15, 16}, estimated)[2], 793);
+    // −7.5 minutes (İmsak before midnight) rounds to −8: away from zero.
+    EXPECT_EQ(HighLatitude::spacedMinutes({-0.125, 6, 12, 14, 15, 16}, estimated)[0], -8);
+    EXPECT_EQ(estimated, (std::array<bool, 6>{}));
+    // A time that would not follow the one before comes a minute after it, and says so.
+    const std::array<double, 6> crowded{5, 6, 12, 12, 12.001, 16};
+    EXPECT_EQ(HighLatitude::spacedMinutes(crowded, estimated), (std::array<double, 6>{300, 360, 720, 721, 722, 960}));
+    EXPECT_EQ(estimated, (std::array<bool, 6>{false, false, false, true, true, false}));
 }
