@@ -94,10 +94,10 @@ QString OrvelApp::noTrayNotice(const QString &currentDesktop)
     for (const QString &desktop : currentDesktop.split(u':', Qt::SkipEmptyParts)) {
         if (desktop.compare(QStringLiteral("GNOME"), Qt::CaseInsensitive) == 0)
             return QStringLiteral(
-                "Orvel'i üst çubukta görmek için GNOME'un \"AppIndicator and KStatusNotifierItem Support\" "
-                "uzantısı gerekir: gnome-shell-extension-appindicator paketini kurun, \"Uzantılar\" "
-                "uygulamasında açın (ya da: gnome-extensions enable ubuntu-appindicators@ubuntu.com), sonra "
-                "oturumu kapatıp yeniden açın.");
+                "Orvel'i üst çubukta görmek için GNOME'un “AppIndicator and KStatusNotifierItem Support” "
+                "uzantısı gerekir: gnome-shell-extension-appindicator paketini kurun, “Uzantılar” uygulamasında "
+                "açın (ya da: gnome-extensions enable ubuntu-appindicators@ubuntu.com), sonra oturumu kapatıp "
+                "yeniden açın.");
     }
     return QStringLiteral("Masaüstünüzde sistem tepsisi bulunamadı. Orvel'in simgesi, tepsi eklenince kendiliğinden "
                           "görünür; o zamana dek bu pencere açık kalır.");

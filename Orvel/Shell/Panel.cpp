@@ -1,5 +1,7 @@
 #include "Panel.h"
 
+#include "ViewStyle.h"
+
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -50,6 +52,7 @@ void Panel::setNotice(const QString &text)
         notice_ = new QLabel(this);
         notice_->setObjectName(QStringLiteral("panelNotice"));
         notice_->setWordWrap(true);
+        notice_->setFont(ViewStyle::font(12));
         notice_->setTextInteractionFlags(Qt::TextSelectableByMouse);
         notice_->setContentsMargins(12, 10, 12, 10);
         notice_->setMaximumWidth(332);
