@@ -110,12 +110,7 @@ DayTimes times(const DayKey &day, double latitude, double longitude, const TimeZ
     if (region == Region::abroad && std::fabs(latitude) > practiceLatitude && rule == HighLatitudeRule::angleBased)
         applyPractice(resolved, sunHours(latitude));
 
-    const Instant utcMidnight = day.start(TimeZone::utc());
-    DayTimes result{day, {}, std::nullopt, resolved.estimated};
-    const std::array<double, 6> minutes = HighLatitude::spacedMinutes(resolved.hours, result.estimated);
-    for (const Prayer::Value prayer : Prayer::allCases)
-        result.times[prayer] = utcMidnight + minutes[prayer] * 60 - offset;
-    return result;
+    return HighLatitude::dayTimes(day, resolved, offset);
 }
 
 } // namespace orvel::DiyanetRule

@@ -1,6 +1,7 @@
 #include "HighLatitude.h"
 
 #include "Prayer.h"
+#include "TimeZone.h"
 
 #include <cmath>
 
@@ -113,6 +114,16 @@ Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, A
             result.estimated[i] = true;
         }
     }
+    return result;
+}
+
+DayTimes dayTimes(const DayKey &day, const Resolved &resolved, int offsetSeconds)
+{
+    const Instant utcMidnight = day.start(TimeZone::utc());
+    DayTimes result{day, {}, std::nullopt, resolved.estimated};
+    const std::array<double, 6> minutes = spacedMinutes(resolved.hours, result.estimated);
+    for (const Prayer::Value prayer : Prayer::allCases)
+        result.times[prayer] = utcMidnight + minutes[prayer] * 60 - offsetSeconds;
     return result;
 }
 

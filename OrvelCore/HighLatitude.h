@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DayKey.h"
+#include "DayTimes.h"
 #include "HighLatitudeRule.h"
 
 #include <array>
@@ -42,6 +44,10 @@ Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, A
 // The hours as whole minutes of the day (nearest, halves away from zero), each at least a minute
 // after the one before; a time moved for that is marked estimated.
 std::array<double, 6> spacedMinutes(const std::array<double, 6> &hours, std::array<bool, 6> &estimated);
+// The day's six instants from its resolved hours, reckoned with the zone's offset at local noon
+// (`offsetSeconds`) and turned back with it, so that on a clock-change day each time lands on its
+// real moment.
+DayTimes dayTimes(const DayKey &day, const Resolved &resolved, int offsetSeconds);
 
 } // namespace HighLatitude
 

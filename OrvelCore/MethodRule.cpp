@@ -146,12 +146,7 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
         angles.isha = parameters.ishaAngle ? *parameters.ishaAngle : defaultIshaPortion * 60;
     const HighLatitude::Resolved resolved = HighLatitude::resolve(location.latitude, hoursAt, angles, rule);
 
-    const Instant utcMidnight = day.start(TimeZone::utc());
-    DayTimes result{day, {}, std::nullopt, resolved.estimated};
-    const std::array<double, 6> minutes = HighLatitude::spacedMinutes(resolved.hours, result.estimated);
-    for (const Prayer::Value prayer : Prayer::allCases)
-        result.times[prayer] = utcMidnight + minutes[prayer] * 60 - noonOffset;
-    return result;
+    return HighLatitude::dayTimes(day, resolved, noonOffset);
 }
 
 } // namespace orvel::MethodRule
