@@ -20,6 +20,8 @@ TrayMenu::TrayMenu(const AppModel &model, Actions actions, QObject *parent)
     menu_->addSeparator();
     // A group makes the marked time a radio entry, which hosts draw as a dot beside it.
     auto *group = new QActionGroup(this);
+    // At most one: after Yatsı the next time is tomorrow's, and none of today's is marked.
+    group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
     for (const Prayer::Value prayer : Prayer::allCases) {
         QAction *time = menu_->addAction(QString());
         time->setObjectName(QStringLiteral("time%1").arg(static_cast<int>(prayer)));

@@ -82,6 +82,10 @@ TEST(OrvelApp, StatusItemMenuAndPanel)
     for (QAction *action : item.menu->actions())
         checked += action->isChecked() && action->text() == "İkindi " + clock(Prayer::ikindi);
     EXPECT_EQ(checked, 1);
+    // After Yatsı the next time is tomorrow's: none of today's is marked.
+    offline.moveTo(today[Prayer::yatsi] + 60);
+    for (QAction *action : item.menu->actions())
+        EXPECT_FALSE(action->isChecked()) << action->text().toStdString();
 
     QAction *imsakiye = item.menu->findChild<QAction *>("imsakiye");
     QAction *settings = item.menu->findChild<QAction *>("settings");
