@@ -37,11 +37,8 @@ QVariantMap hints(const NotificationRequest &request)
         // A byte on the wire: servers ignore an urgency of any other type.
         {QStringLiteral("urgency"), QVariant::fromValue(uchar(1))},
     };
-    // Servers that show an image beside the text show Orvel's, so the notice is known at a glance.
-    // A plain path: Cinnamon's daemon turns the hint into a URI itself and drops the whole
-    // notice when it already is one.
-    if (const QString icon = AppIcon::filePath(); !icon.isEmpty())
-        hints.insert(QStringLiteral("image-path"), icon);
+    // No image hint: the application icon already stands beside the text on GNOME and XFCE, and
+    // Cinnamon would show the same icon a second time, large, as a picture in the body.
     if (request.defaultSound)
         hints.insert(QStringLiteral("sound-name"), QString(soundName));
     else

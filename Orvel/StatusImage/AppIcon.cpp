@@ -46,11 +46,6 @@ QString nameOrPath()
     return writtenFile();
 }
 
-QString filePath()
-{
-    return writtenFile();
-}
-
 QString fileUrl()
 {
     const QString file = writtenFile();

@@ -13,8 +13,6 @@ QString runtimeFolder();
 // The icon's name in the icon theme (io.github.orvel.Orvel) when the theme has it, else the path
 // of the icon written into the runtime folder; empty when neither is possible.
 QString nameOrPath();
-// The written file's absolute path; empty when it could not be written.
-QString filePath();
 // The written file as a file:// address; empty when it could not be written.
 QString fileUrl();
 

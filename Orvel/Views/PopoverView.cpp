@@ -130,7 +130,9 @@ QWidget *PopoverView::makeHeader()
     ramadan_ = new TightLabel;
     ramadan_->setContentsMargins(0, 1, 0, 0);
     for (TightLabel *label : {place_, date_, ramadan_}) {
-        QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        // The date may take any room the header has beyond the lines' hints: when the header
+        // learnt of its wrapped height before the column did, the second line still shows.
+        QSizePolicy policy(QSizePolicy::Ignored, label == date_ ? QSizePolicy::MinimumExpanding : QSizePolicy::Fixed);
         policy.setHeightForWidth(label->hasHeightForWidth());
         label->setSizePolicy(policy);
         lines->addWidget(label);
