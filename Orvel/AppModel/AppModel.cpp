@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <QtConcurrent/QtConcurrentRun>
 
+#include <cmath>
 #include <limits>
 
 namespace orvel {
@@ -312,9 +313,16 @@ void AppModel::startTickTimer()
 {
     d->timer = new QTimer(this);
     d->timer->setInterval(tickIntervalMs);
-    d->timer->setTimerType(Qt::CoarseTimer);
+    // On the whole second, so that a new minute reaches the panel together with the notice that
+    // enters on it rather than up to a second later; one wake-up a second either way.
+    d->timer->setTimerType(Qt::PreciseTimer);
     connect(d->timer, &QTimer::timeout, this, &AppModel::tick);
-    d->timer->start();
+    const double fraction = d->clock->now().seconds - std::floor(d->clock->now().seconds);
+    const int toWholeSecond = static_cast<int>(std::ceil((1.0 - fraction) * 1000.0)) % tickIntervalMs;
+    QTimer::singleShot(toWholeSecond, Qt::PreciseTimer, this, [this] {
+        tick();
+        d->timer->start();
+    });
 }
 
 void AppModel::observeSystemEvents(SystemEvents *events)

@@ -144,18 +144,12 @@ void FreedesktopNotifications::requestCapabilities()
     capabilitiesRequested_ = true;
     const QDBusMessage message = QDBusMessage::createMethodCall(service, path, service, QStringLiteral("GetCapabilities"));
     auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, generation = capabilitiesGeneration_](QDBusPendingCallWatcher *call) {
-                capabilitiesArrived(call, generation);
-            });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, &FreedesktopNotifications::capabilitiesArrived);
 }
 
-void FreedesktopNotifications::capabilitiesArrived(QDBusPendingCallWatcher *call, quint64 generation)
+void FreedesktopNotifications::capabilitiesArrived(QDBusPendingCallWatcher *call)
 {
     call->deleteLater();
-    // The server changed meanwhile; the newer question answers for the waiting requests.
-    if (generation != capabilitiesGeneration_)
-        return;
     capabilitiesRequested_ = false;
     const QDBusPendingReply<QStringList> reply = *call;
     if (!reply.isError())
@@ -167,11 +161,10 @@ void FreedesktopNotifications::capabilitiesArrived(QDBusPendingCallWatcher *call
 
 void FreedesktopNotifications::forgetCapabilities()
 {
+    // Only what is known goes: a question on its way is still answered (or fails) and then
+    // sends what waits. Asking again here would start a server that dies at start (mako on X11)
+    // over and over, as each start changes the name's owner.
     capabilities_.reset();
-    ++capabilitiesGeneration_;
-    capabilitiesRequested_ = false;
-    if (!waiting_.empty())
-        requestCapabilities();
 }
 
 void FreedesktopNotifications::soundEnded()

@@ -40,14 +40,13 @@ private slots:
 
 private:
     void requestCapabilities();
-    void capabilitiesArrived(QDBusPendingCallWatcher *call, quint64 generation);
+    void capabilitiesArrived(QDBusPendingCallWatcher *call);
     void forgetCapabilities();
     void send(const NotificationRequest &request, uint replacesId = 0);
 
     QDBusConnection connection_;
     // Asked once per server on this connection; forgotten when the server changes hands.
     std::optional<QStringList> capabilities_;
-    quint64 capabilitiesGeneration_ = 0;
     bool capabilitiesRequested_ = false;
     // Shown once the capabilities are known.
     std::vector<NotificationRequest> waiting_;

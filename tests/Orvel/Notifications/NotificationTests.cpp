@@ -434,6 +434,38 @@ TEST(NotificationService, DeniedOnlyWithoutRegisteredOrActivatableServer)
     EXPECT_TRUE(FreedesktopNotifications(activatable.connect()).isAvailable());
 }
 
+// A server that the bus starts for Orvel's question and that dies at once (mako on an X11
+// desktop) is started again for the notice, not for ever: each start changes the name's owner.
+TEST(FreedesktopNotifications, AServerThatDiesAtStartIsNotStartedOverAndOver)
+{
+    QTemporaryDir scripts;
+    const QString launches = scripts.filePath(QStringLiteral("launches"));
+    const QString script = scripts.filePath(QStringLiteral("server"));
+    QFile file(script);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(("#!/bin/sh\necho started >> '" + launches + "'\n"
+                "exec /usr/bin/python3 -c \"import dbus, os, time\n"
+                "bus = dbus.bus.BusConnection(os.environ['DBUS_STARTER_ADDRESS'])\n"
+                "bus.request_name('org.freedesktop.Notifications')\ntime.sleep(0.05)\"\n").toUtf8());
+    file.close();
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    PrivateBus bus(true, script);
+    FreedesktopNotifications backend(bus.connect());
+
+    NotificationRequest request;
+    request.identifier = QStringLiteral("2026-05-12-ogle");
+    request.title = QStringLiteral("Öğle ezanı");
+    request.body = QStringLiteral("Öğle vakti girdi.");
+    backend.show(request);
+    const auto started = [&] {
+        QFile log(launches);
+        return log.open(QIODevice::ReadOnly) ? log.readAll().count('\n') : 0;
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return started() >= 1; }, 5000));
+    QTest::qWait(1500);
+    EXPECT_LE(started(), 3);
+}
+
 } // namespace
 } // namespace orvel::test
 

@@ -14,13 +14,14 @@ namespace orvel::test {
 // notification service that is only activatable.
 class PrivateBus {
 public:
-    explicit PrivateBus(bool activatableNotifications = false)
+    // With activatable notifications, the bus starts `exec` for the notification server.
+    explicit PrivateBus(bool activatableNotifications = false, const QString &exec = QStringLiteral("/bin/false"))
     {
         QString serviceDir;
         if (activatableNotifications) {
             QDir().mkpath(folder_.filePath("services"));
             write("services/org.freedesktop.Notifications.service",
-                  "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/bin/false\n");
+                  "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=" + exec + "\n");
             serviceDir = "<servicedir>" + folder_.filePath("services") + "</servicedir>";
         }
         write("bus.conf", "<busconfig><type>session</type><listen>unix:dir=" + folder_.path()
@@ -41,6 +42,7 @@ public:
     }
 
     const QString &address() const { return address_; }
+    QString filePath(const QString &name) const { return folder_.filePath(name); }
 
     QDBusConnection connect()
     {
