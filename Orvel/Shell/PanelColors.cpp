@@ -93,10 +93,11 @@ Palette cinnamonPanel()
     return {QColor(0x4a, 0x4a, 0x4a), QColor(0xff, 0xff, 0xff)};
 }
 
-// waybar's default style: rgba(43, 48, 59, 0.5) over sway's dark grey background.
+// waybar's default style draws its tray on a blue of its own, whatever the bar's grey: black ink
+// stands out there (4.9:1), white does not (4.3:1).
 Palette waybarBar()
 {
-    return {QColor(0x2b, 0x30, 0x3b), QColor(0xff, 0xff, 0xff)};
+    return {QColor(0x29, 0x80, 0xb9), QColor(0, 0, 0)};
 }
 
 std::optional<bool> xfceDarkMode(const QByteArray &channelXml)

@@ -10,8 +10,9 @@ namespace orvel {
 
 // The colours of the desktop panel that shows Orvel's icon, which need not be the application's:
 // GNOME's top bar is black whatever the theme, Plasma's panel follows the colour scheme in
-// kdeglobals, XFCE's follows its own dark mode (on by default since 4.18), and Cinnamon's and
-// waybar's default panels are dark grey. Elsewhere the desktop's light or dark preference stands in.
+// kdeglobals, XFCE's follows its own dark mode (on by default since 4.18), Cinnamon's default
+// panel is dark grey and waybar's tray blue. Elsewhere the desktop's light or dark preference
+// stands in.
 namespace PanelColors {
 
 struct Palette {

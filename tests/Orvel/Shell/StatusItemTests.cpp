@@ -409,8 +409,8 @@ TEST(PanelColors, TheDesktopsPanelDecidesTheInk)
     EXPECT_EQ(PanelColors::forDesktop("KDE", "[Colors:Window]\nBackgroundNormal=oops\n"), PanelColors::breezeLight());
     EXPECT_EQ(PanelColors::forDesktop("KDE", std::nullopt), PanelColors::breezeLight());
     EXPECT_EQ(PanelColors::forDesktop("ubuntu:GNOME", breezeDark), PanelColors::gnomeBar());
-    // XFCE 4.18's panel is dark unless its dark mode is off in xfconf; Cinnamon's and waybar's are
-    // dark grey; a desktop that says nothing leaves it to the application's appearance.
+    // XFCE 4.18's panel is dark unless its dark mode is off in xfconf; Cinnamon's is dark grey and
+    // waybar's tray blue; a desktop that says nothing leaves it to the application's appearance.
     EXPECT_EQ(PanelColors::forDesktop("XFCE", breezeDark), PanelColors::xfceDark());
     const QByteArray lightXfce = R"(<channel name="xfce4-panel"><property name="panels" type="array">)"
                                  R"(<property name="dark-mode" type="bool" value="false"/></property></channel>)";
