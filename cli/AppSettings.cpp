@@ -1,31 +1,31 @@
 #include "AppSettings.h"
 
-#include "Defaults.h"
+#include "Settings.h"
 
 namespace orvel::cli::AppSettings {
 
 PlaceOptions placeOptions()
 {
-    const Defaults::Settings settings = Defaults::load();
     PlaceOptions options;
-    options.stored = settings.location;
-    options.method = settings.method;
-    options.times = settings.times;
+    options.stored = Settings::location.read().value_or(Settings::location.fallback());
+    options.method = Settings::method.read().value_or(Settings::method.fallback());
+    options.times = Settings::timesOptions.read().value_or(Settings::timesOptions.fallback());
     return options;
 }
 
 StatusSettings statusSettings()
 {
-    const Defaults::Settings settings = Defaults::load();
-    return {settings.menuBarStyle, settings.ramadanMode, settings.showKerahat, settings.kerahatMinutes,
-            settings.kerahatMenuDot};
+    const auto value = [](const auto &setting) { return setting.read().value_or(setting.fallback()); };
+    return {value(Settings::menuBarStyle), value(Settings::ramadanMode), value(Settings::showKerahat),
+            value(Settings::kerahatMinutes), value(Settings::kerahatMenuDot)};
 }
 
 bool choosePlace(const Location &location)
 {
-    if (!Defaults::encode(Defaults::Key::location, location))
+    if (!Settings::isUsablePlace(location))
         return false;
-    QSettings &store = Defaults::store();
+    Settings::location.write(location);
+    QSettings &store = SettingsStore::store();
     store.sync();
     return store.status() == QSettings::NoError;
 }

@@ -1,6 +1,6 @@
 #include "CliOptions.h"
 #include "Clock.h"
-#include "Defaults.h"
+#include "Settings.h"
 #include "DiyanetCalendar.h"
 #include "Gazetteer.h"
 #include "ImsakiyeCommand.h"
@@ -92,7 +92,7 @@ int main(int argc, char **argv)
     DiyanetCalendar::keepMonthStartsIn(PrayerRepository::defaultCacheDirectory() / DiyanetCalendar::storeFileName);
     try {
         // A broken settings file is kept as it is; each run says why the defaults are shown.
-        if (const auto problem = Defaults::problem(); problem && !args.empty() && args.front() != "--help"
+        if (const auto problem = Settings::problem(); problem && !args.empty() && args.front() != "--help"
             && args.front() != "--version")
             std::cerr << "orvel-cli: uyarı: " << problem->toStdString() << '\n';
         return dispatch(args, clock);

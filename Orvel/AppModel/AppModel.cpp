@@ -1,7 +1,6 @@
 #include "AppModel.h"
 
 #include "AdhanPlayer.h"
-#include "Defaults.h"
 #include "MediaPlayers.h"
 #include "NotificationScheduler.h"
 #include "OrvelFormat.h"
@@ -21,7 +20,6 @@ namespace orvel {
 
 namespace {
 
-using Key = Defaults::Key;
 
 constexpr int tickIntervalMs = 1000;
 constexpr double minuteSeconds = 60;
@@ -67,25 +65,8 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
     player_ = std::make_unique<AdhanPlayer>();
     now_ = currentTime().floorToMinute();
 
-    const Defaults::Settings settings = Defaults::load();
-    location_ = settings.location;
-    method_ = settings.method;
-    menuBarStyle_ = settings.menuBarStyle;
-    notifiedPrayers_ = settings.notifiedPrayers;
-    reminderMinutes_ = settings.reminderMinutes;
-    showKerahat_ = settings.showKerahat;
-    kerahatMenuDot_ = settings.kerahatMenuDot;
-    kerahatNotify_ = settings.kerahatNotify;
-    kerahatMinutes_ = settings.kerahatMinutes;
-    ramadanMode_ = settings.ramadanMode;
-    adhanSound_ = settings.adhanSound;
-    customSoundName_ = settings.customSoundName;
-    soundVolume_ = settings.soundVolume;
-    quietHours_ = settings.quietHours;
-    iconRemaining_ = settings.iconRemaining;
-    timesOptions_ = settings.times;
-    fridayMinutes_ = settings.fridayMinutes;
-    pauseMedia_ = settings.pauseMedia;
+    for (const SettingRow *row : SettingRow::all())
+        settings_.push_back(row->load());
     d->media = services.mediaPlayers ? services.mediaPlayers
                                      : (startServices ? MediaPlayers::createForPlatform(this) : new MediaPlayers(this));
     // What the entry sound paused goes on when it ends, however it ends.
@@ -110,31 +91,15 @@ AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services
 
 void AppModel::adoptStoredSettings()
 {
-    Defaults::store().sync();
-    const Defaults::Settings stored = Defaults::load();
-    // Only what differs is set, so an unchanged setting reschedules nothing.
-    const auto adopt = [this](const auto &current, const auto &value, auto setter) {
-        if (!(current == value))
-            (this->*setter)(value);
-    };
-    adopt(location_, stored.location, &AppModel::setLocation);
-    adopt(method_, stored.method, &AppModel::setMethod);
-    adopt(menuBarStyle_, stored.menuBarStyle, &AppModel::setMenuBarStyle);
-    adopt(notifiedPrayers_, stored.notifiedPrayers, &AppModel::setNotifiedPrayers);
-    adopt(reminderMinutes_, stored.reminderMinutes, &AppModel::setReminderMinutes);
-    adopt(showKerahat_, stored.showKerahat, &AppModel::setShowKerahat);
-    adopt(kerahatMenuDot_, stored.kerahatMenuDot, &AppModel::setKerahatMenuDot);
-    adopt(kerahatNotify_, stored.kerahatNotify, &AppModel::setKerahatNotify);
-    adopt(kerahatMinutes_, stored.kerahatMinutes, &AppModel::setKerahatMinutes);
-    adopt(ramadanMode_, stored.ramadanMode, &AppModel::setRamadanMode);
-    adopt(adhanSound_, stored.adhanSound, &AppModel::setAdhanSound);
-    adopt(customSoundName_, stored.customSoundName, &AppModel::setCustomSoundName);
-    adopt(soundVolume_, stored.soundVolume, &AppModel::setSoundVolume);
-    adopt(quietHours_, stored.quietHours, &AppModel::setQuietHours);
-    adopt(iconRemaining_, stored.iconRemaining, &AppModel::setIconRemaining);
-    adopt(timesOptions_, stored.times, &AppModel::setTimesOptions);
-    adopt(fridayMinutes_, stored.fridayMinutes, &AppModel::setFridayMinutes);
-    adopt(pauseMedia_, stored.pauseMedia, &AppModel::setPauseMedia);
+    SettingsStore::store().sync();
+    // Only what differs is taken on, so an unchanged setting reschedules nothing.
+    for (const SettingRow *row : SettingRow::all()) {
+        std::any stored = row->load();
+        if (row->equal(settings_[row->index()], stored))
+            continue;
+        settings_[row->index()] = std::move(stored);
+        settingSet(*row);
+    }
 }
 
 AppModel::~AppModel()
@@ -156,144 +121,29 @@ bool AppModel::assign(T &field, const T &value, void (AppModel::*signal)())
 
 // Settings.
 
-void AppModel::setLocation(const Location &location)
+void AppModel::settingSet(const SettingRow &row)
 {
-    if (location == location_)
+    emit settingChanged(QString::fromLatin1(row.name()));
+    emit changed();
+    const Effect effect = row.effect();
+    if (contains(effect, Effect::volume))
+        player_->setVolume(soundVolume());
+    if (contains(effect, Effect::recheck))
+        d->checksPending = true;
+    if (contains(effect, Effect::reload)) {
+        reload();
         return;
-    Defaults::encode(Key::location, location);
-    assign(location_, location, &AppModel::locationChanged);
-    reload();
-}
-
-void AppModel::setMethod(CalculationMethod method)
-{
-    if (method == method_)
-        return;
-    Defaults::write(Key::method, qt(method.rawValue()));
-    assign(method_, method, &AppModel::methodChanged);
-    reload();
-}
-
-void AppModel::setMenuBarStyle(MenuBarStyle style)
-{
-    Defaults::write(Key::menuBarStyle, qt(style.rawValue()));
-    assign(menuBarStyle_, style, &AppModel::menuBarStyleChanged);
-}
-
-void AppModel::setNotifiedPrayers(const std::set<Prayer::Value> &prayers)
-{
-    Defaults::writeNotified(prayers);
-    assign(notifiedPrayers_, prayers, &AppModel::notifiedPrayersChanged);
-    d->checksPending = true;
-    rescheduleNotifications();
-}
-
-void AppModel::setReminderMinutes(int64_t minutes)
-{
-    Defaults::write(Key::reminder, qint64(minutes));
-    assign(reminderMinutes_, minutes, &AppModel::reminderMinutesChanged);
-    rescheduleNotifications();
-}
-
-void AppModel::setShowKerahat(bool show)
-{
-    Defaults::write(Key::kerahatShow, show);
-    assign(showKerahat_, show, &AppModel::showKerahatChanged);
-    rescheduleNotifications();
-}
-
-void AppModel::setKerahatMenuDot(bool dot)
-{
-    Defaults::write(Key::kerahatDot, dot);
-    assign(kerahatMenuDot_, dot, &AppModel::kerahatMenuDotChanged);
-}
-
-void AppModel::setKerahatNotify(bool notify)
-{
-    Defaults::write(Key::kerahatNotify, notify);
-    assign(kerahatNotify_, notify, &AppModel::kerahatNotifyChanged);
-    rescheduleNotifications();
-}
-
-void AppModel::setKerahatMinutes(int64_t minutes)
-{
-    Defaults::write(Key::kerahatMinutes, qint64(minutes));
-    assign(kerahatMinutes_, minutes, &AppModel::kerahatMinutesChanged);
-    rescheduleNotifications();
-}
-
-void AppModel::setRamadanMode(bool on)
-{
-    Defaults::write(Key::ramadanMode, on);
-    assign(ramadanMode_, on, &AppModel::ramadanModeChanged);
-    rescheduleNotifications();
-}
-
-void AppModel::setAdhanSound(AdhanSound sound)
-{
-    Defaults::write(Key::adhanSound, qt(sound.rawValue()));
-    assign(adhanSound_, sound, &AppModel::adhanSoundChanged);
-    d->checksPending = true;
-    rescheduleNotifications();
-}
-
-void AppModel::setCustomSoundName(const std::optional<QString> &name)
-{
-    // An empty name is how "none" is stored, so it means none here too.
-    const std::optional<QString> normalized = name && !name->isEmpty() ? name : std::nullopt;
-    Defaults::writeCustomSoundName(normalized);
-    assign(customSoundName_, normalized, &AppModel::customSoundNameChanged);
-}
-
-void AppModel::setSoundVolume(double volume)
-{
-    Defaults::write(Key::soundVolume, volume);
-    assign(soundVolume_, volume, &AppModel::soundVolumeChanged);
-    player_->setVolume(volume);
-}
-
-void AppModel::setQuietHours(const QuietHours &hours)
-{
-    Defaults::encode(Key::quietHours, hours);
-    assign(quietHours_, hours, &AppModel::quietHoursChanged);
-    d->checksPending = true;
-    rescheduleNotifications();
-}
-
-void AppModel::setIconRemaining(std::optional<bool> shown)
-{
-    Defaults::writeIconRemaining(shown);
-    assign(iconRemaining_, shown, &AppModel::iconRemainingChanged);
-}
-
-void AppModel::setTimesOptions(const TimesOptions &options)
-{
-    if (options == timesOptions_ || !options.isValid())
-        return;
-    Defaults::encode(Key::times, options);
-    assign(timesOptions_, options, &AppModel::timesOptionsChanged);
-    reload();
-}
-
-void AppModel::setFridayMinutes(int64_t minutes)
-{
-    Defaults::write(Key::fridayReminder, qint64(minutes));
-    assign(fridayMinutes_, minutes, &AppModel::fridayMinutesChanged);
-    rescheduleNotifications();
-}
-
-void AppModel::setPauseMedia(bool pause)
-{
-    Defaults::write(Key::pauseMedia, pause);
-    assign(pauseMedia_, pause, &AppModel::pauseMediaChanged);
+    }
+    if (contains(effect, Effect::reschedule))
+        rescheduleNotifications();
 }
 
 void AppModel::toggleNotification(Prayer prayer)
 {
-    std::set<Prayer::Value> prayers = notifiedPrayers_;
+    std::set<Prayer::Value> prayers = notifiedPrayers();
     if (!prayers.erase(prayer))
         prayers.insert(prayer);
-    setNotifiedPrayers(prayers);
+    set(Settings::notifiedPrayers, prayers);
 }
 
 // Loading and the clock.
@@ -343,9 +193,9 @@ void AppModel::observeSystemEvents(SystemEvents *events)
 void AppModel::reload()
 {
     const uint64_t generation = ++d->loadGeneration;
-    const Location location = location_;
-    const CalculationMethod method = method_;
-    const TimesOptions options = timesOptions_;
+    const Location location = this->location();
+    const CalculationMethod method = this->method();
+    const TimesOptions options = timesOptions();
     const DayKey key = DayKey::from(currentTime(), zone());
     setLoading(true);
     d->lastOnlineAttempt = d->clock->now();
@@ -445,20 +295,20 @@ NotificationPlan AppModel::notificationPlan() const
 {
     NotificationPlan plan;
     plan.days = {*today_, *tomorrow_};
-    plan.location = location_;
-    plan.enabled = notifiedPrayers_;
-    plan.reminderMinutes = reminderMinutes_;
-    if (showKerahat_ && kerahatNotify_) {
+    plan.location = location();
+    plan.enabled = notifiedPrayers();
+    plan.reminderMinutes = reminderMinutes();
+    if (showKerahat() && kerahatNotify()) {
         for (const DayTimes &day : plan.days) {
-            const auto intervals = Kerahat::intervals(day, kerahatMinutes_, Kerahat::defaultIstivaMinutes);
+            const auto intervals = Kerahat::intervals(day, kerahatMinutes(), Kerahat::defaultIstivaMinutes);
             plan.kerahat.insert(plan.kerahat.end(), intervals.begin(), intervals.end());
         }
     }
-    plan.systemSound = adhanSound_ == AdhanSound::system;
-    plan.ownSound = adhanSound_ == AdhanSound::chime || adhanSound_ == AdhanSound::custom;
-    plan.quietHours = quietHours_;
-    plan.ramadanMode = ramadanMode_;
-    plan.fridayMinutes = fridayMinutes_;
+    plan.systemSound = adhanSound() == AdhanSound::system;
+    plan.ownSound = adhanSound() == AdhanSound::chime || adhanSound() == AdhanSound::custom;
+    plan.quietHours = quietHours();
+    plan.ramadanMode = ramadanMode();
+    plan.fridayMinutes = fridayMinutes();
     return plan;
 }
 
@@ -491,7 +341,7 @@ void AppModel::playAdhanIfNeeded()
         return;
     if (!(now_ - *s->currentTime < minuteSeconds))
         return;
-    if (!notifiedPrayers_.contains(*s->current))
+    if (!notifiedPrayers().contains(*s->current))
         return;
     const QString key = QString::fromStdString(today_->day.description()) + u'-' + qt(s->current->rawValue());
     if (d->lastPlayedKey == key)
@@ -499,20 +349,20 @@ void AppModel::playAdhanIfNeeded()
     // Counted as handled before the quiet-hours test, so leaving quiet hours later in the same
     // minute does not sound it after all.
     d->lastPlayedKey = key;
-    if (quietHours_.contains(d->clock->now(), TimeZone::current()))
+    if (quietHours().contains(d->clock->now(), TimeZone::current()))
         return;
     const std::optional<QString> path = soundPath();
     if (!path)
         return;
-    player_->play(*path, soundVolume_);
+    player_->play(*path, soundVolume());
     // After play(), whose stop of an earlier sound would resume what is paused here.
-    if (pauseMedia_ && player_->isPlaying())
+    if (pauseMedia() && player_->isPlaying())
         d->media->pausePlaying();
 }
 
 std::optional<QString> AppModel::soundPath() const
 {
-    switch (adhanSound_) {
+    switch (adhanSound()) {
     case AdhanSound::chime:
         return SoundLibrary::chimePath();
     case AdhanSound::custom:
@@ -531,13 +381,13 @@ void AppModel::previewSound()
         return;
     }
     if (const std::optional<QString> path = soundPath())
-        player_->play(*path, soundVolume_);
+        player_->play(*path, soundVolume());
 }
 
 QFuture<PrayerRepository::Answer> AppModel::days(const std::vector<DayKey> &keys) const
 {
-    return QtConcurrent::run([repository = repository_, keys, location = location_, method = method_,
-                              options = timesOptions_] {
+    return QtConcurrent::run([repository = repository_, keys, location = location(), method = method(),
+                              options = timesOptions()] {
         return repository->days(keys, location, method, options);
     });
 }
@@ -546,7 +396,7 @@ QFuture<PrayerRepository::Answer> AppModel::days(const std::vector<DayKey> &keys
 
 TimeZone AppModel::zone() const
 {
-    return location_.timeZone();
+    return location().timeZone();
 }
 
 DayKey AppModel::todayKey() const
@@ -576,22 +426,22 @@ std::vector<KerahatInterval> AppModel::kerahatIntervals() const
 
 StatusSettings AppModel::statusSettings() const
 {
-    return {menuBarStyle_, ramadanMode_, showKerahat_, kerahatMinutes_, kerahatMenuDot_};
+    return {menuBarStyle(), ramadanMode(), showKerahat(), kerahatMinutes(), kerahatMenuDot()};
 }
 
 bool AppModel::isRamadanToday() const
 {
-    return StatusText::isRamadanToday(ramadanMode_, today_);
+    return StatusText::isRamadanToday(ramadanMode(), today_);
 }
 
 bool AppModel::nextIsRamadan() const
 {
-    return StatusText::nextIsRamadan(ramadanMode_, status(), today_, tomorrow_);
+    return StatusText::nextIsRamadan(ramadanMode(), status(), today_, tomorrow_);
 }
 
 std::optional<int64_t> AppModel::ramadanDay() const
 {
-    if (!ramadanMode_ || !today_)
+    if (!ramadanMode() || !today_)
         return std::nullopt;
     return Ramadan::dayNumber(*today_);
 }

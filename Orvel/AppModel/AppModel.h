@@ -13,6 +13,7 @@
 #include "PrayerRepository.h"
 #include "PrayerSchedule.h"
 #include "QuietHours.h"
+#include "Settings.h"
 #include "StatusText.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
@@ -23,9 +24,11 @@
 #include <QObject>
 #include <QString>
 
+#include <any>
 #include <memory>
 #include <optional>
 #include <set>
+#include <type_traits>
 #include <vector>
 
 class QTimer;
@@ -61,49 +64,45 @@ public:
     AppModel(std::optional<Instant> fixedNow, bool startServices, Services services = {}, QObject *parent = nullptr);
     ~AppModel() override;
 
-    // Settings (persisted).
-    const Location &location() const { return location_; }
-    void setLocation(const Location &location);
-    CalculationMethod method() const { return method_; }
-    void setMethod(CalculationMethod method);
-    MenuBarStyle menuBarStyle() const { return menuBarStyle_; }
-    void setMenuBarStyle(MenuBarStyle style);
-    const std::set<Prayer::Value> &notifiedPrayers() const { return notifiedPrayers_; }
-    void setNotifiedPrayers(const std::set<Prayer::Value> &prayers);
-    int64_t reminderMinutes() const { return reminderMinutes_; }
-    void setReminderMinutes(int64_t minutes);
-    bool showKerahat() const { return showKerahat_; }
-    void setShowKerahat(bool show);
-    bool kerahatMenuDot() const { return kerahatMenuDot_; }
-    void setKerahatMenuDot(bool dot);
-    bool kerahatNotify() const { return kerahatNotify_; }
-    void setKerahatNotify(bool notify);
-    int64_t kerahatMinutes() const { return kerahatMinutes_; }
-    void setKerahatMinutes(int64_t minutes);
-    bool ramadanMode() const { return ramadanMode_; }
-    void setRamadanMode(bool on);
-    AdhanSound adhanSound() const { return adhanSound_; }
-    void setAdhanSound(AdhanSound sound);
-    const std::optional<QString> &customSoundName() const { return customSoundName_; }
-    void setCustomSoundName(const std::optional<QString> &name);
-    double soundVolume() const { return soundVolume_; }
-    void setSoundVolume(double volume);
-    const QuietHours &quietHours() const { return quietHours_; }
-    void setQuietHours(const QuietHours &hours);
-    // "Simgede kalan süre": the time left drawn into the square tray icon; none leaves it to the
-    // panel (see showsIconRemaining).
-    std::optional<bool> iconRemaining() const { return iconRemaining_; }
-    void setIconRemaining(std::optional<bool> shown);
-    // The high-latitude rule, the minutes added to each prayer, the Hijri correction and the
-    // source of Diyanet's times; a change reloads the days.
-    const TimesOptions &timesOptions() const { return timesOptions_; }
-    void setTimesOptions(const TimesOptions &options);
-    // "Cuma hatırlatması": minutes before Öğle on Fridays, 0 for none.
-    int64_t fridayMinutes() const { return fridayMinutes_; }
-    void setFridayMinutes(int64_t minutes);
-    // Media players pause while the entry sound plays, and go on after it.
-    bool pauseMedia() const { return pauseMedia_; }
-    void setPauseMedia(bool pause);
+    // Settings (persisted): each one's value, and one way to change it that checks the value,
+    // stores it, signals the change and sets off what depends on it (see Settings.h). A value
+    // the setting's check refuses is dropped.
+    template <typename T>
+    const T &setting(const Setting<T> &key) const
+    {
+        return std::any_cast<const T &>(settings_[key.index()]);
+    }
+    template <typename T>
+    void set(const Setting<T> &key, const std::type_identity_t<T> &value)
+    {
+        const T normal = SettingCodec::normalized(value);
+        if (!key.accepts(normal) || setting(key) == normal)
+            return;
+        key.write(normal);
+        settings_[key.index()] = normal;
+        settingSet(key);
+    }
+    void toggleNotification(Prayer prayer);
+
+    // The settings by name, as the views read them.
+    const Location &location() const { return setting(Settings::location); }
+    CalculationMethod method() const { return setting(Settings::method); }
+    MenuBarStyle menuBarStyle() const { return setting(Settings::menuBarStyle); }
+    const std::set<Prayer::Value> &notifiedPrayers() const { return setting(Settings::notifiedPrayers); }
+    int64_t reminderMinutes() const { return setting(Settings::reminderMinutes); }
+    bool showKerahat() const { return setting(Settings::showKerahat); }
+    bool kerahatMenuDot() const { return setting(Settings::kerahatMenuDot); }
+    bool kerahatNotify() const { return setting(Settings::kerahatNotify); }
+    int64_t kerahatMinutes() const { return setting(Settings::kerahatMinutes); }
+    bool ramadanMode() const { return setting(Settings::ramadanMode); }
+    AdhanSound adhanSound() const { return setting(Settings::adhanSound); }
+    const std::optional<QString> &customSoundName() const { return setting(Settings::customSoundName); }
+    double soundVolume() const { return setting(Settings::soundVolume); }
+    const QuietHours &quietHours() const { return setting(Settings::quietHours); }
+    std::optional<bool> iconRemaining() const { return setting(Settings::iconRemaining); }
+    const TimesOptions &timesOptions() const { return setting(Settings::timesOptions); }
+    int64_t fridayMinutes() const { return setting(Settings::fridayMinutes); }
+    bool pauseMedia() const { return setting(Settings::pauseMedia); }
 
     // State (not persisted).
     const std::optional<DayTimes> &today() const { return today_; }
@@ -128,7 +127,7 @@ public:
     // The settings that shape the status, as the command line reads them too.
     StatusSettings statusSettings() const;
     // What every status item shows now: text, spoken label and state, in the chosen style.
-    StatusLine statusLine() const { return statusLine(menuBarStyle_); }
+    StatusLine statusLine() const { return statusLine(menuBarStyle()); }
     StatusLine statusLine(MenuBarStyle style) const;
     // The status image of a style (the snapshot draws every style), and the spoken label.
     StatusImage::Image menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
@@ -137,7 +136,7 @@ public:
     // setting when chosen, else only where the panel shows no title beside the icon.
     bool showsIconRemaining(bool panelShowsLabel) const
     {
-        return menuBarStyle_ != MenuBarStyle::iconOnly && iconRemaining_.value_or(!panelShowsLabel);
+        return menuBarStyle() != MenuBarStyle::iconOnly && iconRemaining().value_or(!panelShowsLabel);
     }
 
     // Takes on what another program stored in the settings (orvel-cli choosing a place), as if
@@ -149,29 +148,12 @@ public:
     void tick();
     // The repository's answer for these days at the current place and method, off the UI thread.
     QFuture<PrayerRepository::Answer> days(const std::vector<DayKey> &keys) const;
-    void toggleNotification(Prayer prayer);
     // Plays the selected sound, or stops it when something plays.
     void previewSound();
 
 signals:
-    void locationChanged();
-    void methodChanged();
-    void menuBarStyleChanged();
-    void notifiedPrayersChanged();
-    void reminderMinutesChanged();
-    void showKerahatChanged();
-    void kerahatMenuDotChanged();
-    void kerahatNotifyChanged();
-    void kerahatMinutesChanged();
-    void ramadanModeChanged();
-    void adhanSoundChanged();
-    void customSoundNameChanged();
-    void soundVolumeChanged();
-    void quietHoursChanged();
-    void iconRemainingChanged();
-    void timesOptionsChanged();
-    void fridayMinutesChanged();
-    void pauseMediaChanged();
+    // A setting changed: its stored name (see Settings.h).
+    void settingChanged(const QString &name);
     void todayChanged();
     void tomorrowChanged();
     void sourceChanged();
@@ -208,26 +190,13 @@ private:
     template <typename T>
     bool assign(T &field, const T &value, void (AppModel::*signal)());
 
+    // What a setting's change sets off, once its new value is in place.
+    void settingSet(const SettingRow &row);
+
     std::unique_ptr<Private> d;
 
-    Location location_;
-    CalculationMethod method_ = CalculationMethod::diyanet;
-    MenuBarStyle menuBarStyle_ = MenuBarStyle::nameAndRemaining;
-    std::set<Prayer::Value> notifiedPrayers_;
-    int64_t reminderMinutes_ = 0;
-    bool showKerahat_ = true;
-    bool kerahatMenuDot_ = true;
-    bool kerahatNotify_ = false;
-    int64_t kerahatMinutes_ = Kerahat::defaultSunMinutes;
-    bool ramadanMode_ = true;
-    AdhanSound adhanSound_ = AdhanSound::system;
-    std::optional<QString> customSoundName_;
-    double soundVolume_ = 0.8;
-    QuietHours quietHours_;
-    std::optional<bool> iconRemaining_;
-    TimesOptions timesOptions_;
-    int64_t fridayMinutes_ = 0;
-    bool pauseMedia_ = true;
+    // The settings' values, in the order of SettingRow::all().
+    std::vector<std::any> settings_;
 
     std::optional<DayTimes> today_;
     std::optional<DayTimes> tomorrow_;

@@ -2,7 +2,6 @@
 
 #include "AppId.h"
 #include "AppModel.h"
-#include "Defaults.h"
 #include "DiyanetCalendar.h"
 #include "Gazetteer.h"
 #include "LoginItem.h"
@@ -72,7 +71,7 @@ int runApplication(int argc, char **argv)
     application.setWindowIcon(QIcon(QStringLiteral(":/orvel/orvel.svg")));
     QtTurkish::install(application);
     Gazetteer::speakTurkish();
-    if (const auto problem = Defaults::problem())
+    if (const auto problem = Settings::problem())
         std::fprintf(stderr, "orvel: uyarı: %s\n", qPrintable(*problem));
 
     SingleInstance instance(SingleInstance::defaultServerName());
@@ -83,7 +82,7 @@ int runApplication(int argc, char **argv)
     DiyanetCalendar::keepMonthStartsIn(PrayerRepository::defaultCacheDirectory() / DiyanetCalendar::storeFileName);
     OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
     // orvel-cli and other copies write the same store; the running application follows them.
-    const SettingsWatcher settingsWatcher(Defaults::store().fileName());
+    const SettingsWatcher settingsWatcher(SettingsStore::store().fileName());
     QObject::connect(&settingsWatcher, &SettingsWatcher::changed, &app.model(), &AppModel::adoptStoredSettings);
     QObject::connect(&instance, &SingleInstance::showRequested, &app, &OrvelApp::showPanel);
     app.publishTo(*StatusService::createForPlatform(&app));

@@ -4,7 +4,6 @@
 #include "AladhanClient.h"
 #include "AppModel.h"
 #include "Calendars.h"
-#include "Defaults.h"
 #include "ImageView.h"
 #include "ImsakiyeView.h"
 #include "KerahatSettingsView.h"
@@ -90,7 +89,7 @@ void waitForLoad(AppModel &model)
 // in a folder of its own, gone when the run ends.
 void useSnapshotStore(const QTemporaryDir &scratch)
 {
-    Defaults::setStore(std::make_unique<QSettings>(scratch.filePath(QStringLiteral("Orvel.conf")), QSettings::IniFormat));
+    SettingsStore::setStore(std::make_unique<QSettings>(scratch.filePath(QStringLiteral("Orvel.conf")), QSettings::IniFormat));
 }
 
 AppModel::Services services(const QStringList &arguments, const QTemporaryDir &scratch)
@@ -158,16 +157,16 @@ void renderSettings(AppModel &model, Appearance appearance, const QDir &folder)
     const AdhanSound sound = model.adhanSound();
     const std::optional<QString> customName = model.customSoundName();
     const QuietHours quietHours = model.quietHours();
-    model.setAdhanSound(AdhanSound::custom);
-    model.setCustomSoundName(QStringLiteral("ezan-ogle.m4a"));
+    model.set(Settings::adhanSound, AdhanSound::custom);
+    model.set(Settings::customSoundName, QStringLiteral("ezan-ogle.m4a"));
     QuietHours quiet = quietHours;
     quiet.enabled = true;
-    model.setQuietHours(quiet);
+    model.set(Settings::quietHours, quiet);
     NotificationSettingsView soundTab(model, allowed);
     writeTab(soundTab, QStringLiteral("settings-sound-%1.png"));
-    model.setAdhanSound(sound);
-    model.setCustomSoundName(customName);
-    model.setQuietHours(quietHours);
+    model.set(Settings::adhanSound, sound);
+    model.set(Settings::customSoundName, customName);
+    model.set(Settings::quietHours, quietHours);
 }
 
 QSize imsakiyeSize(ImsakiyeMode mode)
@@ -362,11 +361,11 @@ int run(const QString &outputDirectory, const QStringList &arguments)
     const QTemporaryDir scratch;
     useSnapshotStore(scratch);
     // The store goes before its folder does.
-    const auto forgetStore = qScopeGuard([] { Defaults::setStore(nullptr); });
+    const auto forgetStore = qScopeGuard([] { SettingsStore::setStore(nullptr); });
     const QString nowValue = optionValue(arguments, QStringLiteral("--now")).value_or(QString());
     AppModel model(parseNow(nowValue), false, services(arguments, scratch));
     if (arguments.contains(QStringLiteral("--uskudar")))
-        model.setLocation(uskudar());
+        model.set(Settings::location, uskudar());
     else
         model.reload();
     // An equal location sets nothing off.

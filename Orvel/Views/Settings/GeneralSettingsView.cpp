@@ -1,7 +1,6 @@
 #include "GeneralSettingsView.h"
 
 #include "AppModel.h"
-#include "Defaults.h"
 #include "ImageView.h"
 #include "LocationService.h"
 #include "LoginItem.h"
@@ -108,7 +107,7 @@ GeneralSettingsView::GeneralSettingsView(AppModel &model, LocationService &locat
     column->setContentsMargins(20, 16, 20, 20);
     column->setSpacing(18);
     // A settings file that did not read is kept as it is; the window says why the defaults show.
-    if (const auto problem = Defaults::problem()) {
+    if (const auto problem = Settings::problem()) {
         QLabel *note = label(QStringLiteral("Ayarlar okunamadı: ") + *problem + u'.', Tone::secondary);
         note->setObjectName(QStringLiteral("settingsProblem"));
         note->setWordWrap(true);
@@ -165,7 +164,7 @@ QWidget *GeneralSettingsView::makePlaceSection()
     for (const CalculationMethod::Value method : CalculationMethod::allCases)
         method_->addItem(ViewStyle::text(CalculationMethod(method).name()));
     connect(method_, &QComboBox::activated, this,
-            [this](int index) { model_.setMethod(CalculationMethod::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { model_.set(Settings::method, CalculationMethod::allCases.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Hesaplama yöntemi"), method_, QStringLiteral("Türkiye için Diyanet önerilir")));
     return section;
 }
@@ -178,7 +177,7 @@ QWidget *GeneralSettingsView::makeMenuBarSection()
         titles << ViewStyle::text(MenuBarStyle(style).label());
     style_ = new SegmentedControl(titles, QStringLiteral("Gösterim"));
     connect(style_, &SegmentedControl::chosen, this,
-            [this](int index) { model_.setMenuBarStyle(MenuBarStyle::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { model_.set(Settings::menuBarStyle, MenuBarStyle::allCases.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Gösterim"), style_));
 
     preview_ = new PreviewPlate;
@@ -186,7 +185,7 @@ QWidget *GeneralSettingsView::makeMenuBarSection()
     section->addRow(row(QStringLiteral("Önizleme"), preview_));
 
     iconRemaining_ = new Switch(QStringLiteral("Simgede kalan süre"));
-    connect(iconRemaining_, &Switch::clicked, this, [this](bool on) { model_.setIconRemaining(on); });
+    connect(iconRemaining_, &Switch::clicked, this, [this](bool on) { model_.set(Settings::iconRemaining, on); });
     section->addRow(row(QStringLiteral("Simgede kalan süre"), iconRemaining_,
                         QStringLiteral("Başlık göstermeyen panellerde kalan süre simgede yazar")));
     return section;
@@ -196,7 +195,7 @@ QWidget *GeneralSettingsView::makeRamadanSection()
 {
     auto *section = new Section(QStringLiteral("Ramazan"));
     ramadan_ = new Switch(QStringLiteral("Ramazan modu"));
-    connect(ramadan_, &Switch::toggled, &model_, &AppModel::setRamadanMode);
+    connect(ramadan_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::ramadanMode, on); });
     section->addRow(row(QStringLiteral("Ramazan modu"), ramadan_,
                         QStringLiteral("Ramazan'da İmsak “Sahur”, Akşam “İftar” olarak gösterilir")));
     return section;
@@ -312,7 +311,7 @@ void GeneralSettingsView::useCurrentLocation()
               [this, request](const Location &here) {
                   if (request != request_)
                       return;
-                  model_.setLocation(here);
+                  model_.set(Settings::location, here);
                   setResults({});
                   setSearching(false);
               })
@@ -390,7 +389,7 @@ void GeneralSettingsView::setResults(std::vector<Location> results)
 
 void GeneralSettingsView::choose(const Location &place)
 {
-    model_.setLocation(place);
+    model_.set(Settings::location, place);
     setResults({});
     query_->clear();
     setLocationMessage(std::nullopt);

@@ -40,10 +40,11 @@ KerahatSettingsView::KerahatSettingsView(AppModel &model, QWidget *parent)
     dependent_[2] = section->addRow(row(QStringLiteral("Güneş doğuşu ve batışı"), minutes_,
                                         QStringLiteral("İstiva: öğleden önceki %1 dakika").arg(istivaMinutes)));
 
-    connect(show_, &Switch::toggled, &model_, &AppModel::setShowKerahat);
-    connect(dot_, &Switch::toggled, &model_, &AppModel::setKerahatMenuDot);
-    connect(notify_, &Switch::toggled, &model_, &AppModel::setKerahatNotify);
-    connect(minutes_, &QComboBox::activated, this, [this](int index) { model_.setKerahatMinutes(minutes_->itemData(index).toInt()); });
+    connect(show_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::showKerahat, on); });
+    connect(dot_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::kerahatMenuDot, on); });
+    connect(notify_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::kerahatNotify, on); });
+    connect(minutes_, &QComboBox::activated, this,
+            [this](int index) { model_.set(Settings::kerahatMinutes, minutes_->itemData(index).toInt()); });
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(20, 16, 20, 20);

@@ -2,7 +2,6 @@
 
 #include "AdhanPlayer.h"
 #include "AppModel.h"
-#include "Defaults.h"
 #include "FileChooser.h"
 #include "NotificationScheduler.h"
 #include "SettingsForm.h"
@@ -104,17 +103,17 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     for (const int minutes : reminderOptions)
         reminder_->addItem(QStringLiteral("%1 dakika önce").arg(minutes), minutes);
     connect(reminder_, &QComboBox::activated, this,
-            [this](int index) { model_.setReminderMinutes(reminder_->itemData(index).toInt()); });
+            [this](int index) { model_.set(Settings::reminderMinutes, reminder_->itemData(index).toInt()); });
     section->addRow(row(QStringLiteral("Önceden hatırlat"), reminder_));
 
     friday_ = new QComboBox;
     friday_->setObjectName(QStringLiteral("Cuma hatırlatması"));
     friday_->setAccessibleName(QStringLiteral("Cuma hatırlatması"));
-    for (const int64_t minutes : Defaults::fridayReminderOptions)
+    for (const int64_t minutes : Settings::fridayReminderOptions)
         friday_->addItem(minutes == 0 ? QStringLiteral("Kapalı") : QStringLiteral("Öğleden %1 dakika önce").arg(minutes),
                          static_cast<int>(minutes));
     connect(friday_, &QComboBox::activated, this,
-            [this](int index) { model_.setFridayMinutes(friday_->itemData(index).toInt()); });
+            [this](int index) { model_.set(Settings::fridayMinutes, friday_->itemData(index).toInt()); });
     section->addRow(row(QStringLiteral("Cuma hatırlatması"), friday_, QStringLiteral("Cuma günleri namaz vakti yaklaşınca bildirir")));
 
     QLabel *warning = symbol(QStringLiteral("exclamationmark.triangle.fill"), Tone::primary, 13);
@@ -138,7 +137,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
     for (const AdhanSound::Value sound : AdhanSound::allCases)
         sound_->addItem(ViewStyle::text(AdhanSound(sound).label()));
     connect(sound_, &QComboBox::activated, this,
-            [this](int index) { model_.setAdhanSound(AdhanSound::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { model_.set(Settings::adhanSound, AdhanSound::allCases.at(static_cast<size_t>(index))); });
     auto *soundRow = new QWidget;
     auto *soundLine = new QHBoxLayout(soundRow);
     soundLine->setContentsMargins(0, 0, 0, 0);
@@ -177,7 +176,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
     volume_->setRange(0, sliderSteps);
     volume_->setFixedWidth(180);
     connect(volume_, &QSlider::valueChanged, this,
-            [this](int value) { model_.setSoundVolume(static_cast<double>(value) / sliderSteps); });
+            [this](int value) { model_.set(Settings::soundVolume, static_cast<double>(value) / sliderSteps); });
     listen_ = new QPushButton;
     connect(listen_, &QPushButton::clicked, this, [this] {
         if (model_.player().isPlaying())
@@ -192,7 +191,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
 
     pauseMedia_ = new Switch(QStringLiteral("Medyayı duraklat"));
     pauseMedia_->setObjectName(QStringLiteral("Medyayı duraklat"));
-    connect(pauseMedia_, &Switch::toggled, &model_, &AppModel::setPauseMedia);
+    connect(pauseMedia_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::pauseMedia, on); });
     pauseMediaRow_ = section->addRow(row(QStringLiteral("Medyayı duraklat"), pauseMedia_,
                                          QStringLiteral("Vakit sesi çalarken müzik ve videolar bekler, sonra sürer")));
 
@@ -200,7 +199,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
     connect(quiet_, &Switch::toggled, this, [this](bool on) {
         QuietHours hours = model_.quietHours();
         hours.enabled = on;
-        model_.setQuietHours(hours);
+        model_.set(Settings::quietHours, hours);
     });
     section->addRow(row(QStringLiteral("Sessiz saatler"), quiet_, QStringLiteral("Bu aralıkta ses çalınmaz, bildirimler sessiz gelir")));
 
@@ -287,7 +286,7 @@ void NotificationSettingsView::setQuietMinutes(bool start, const QTime &time)
 {
     QuietHours hours = model_.quietHours();
     (start ? hours.start : hours.end) = time.hour() * 60 + time.minute();
-    model_.setQuietHours(hours);
+    model_.set(Settings::quietHours, hours);
 }
 
 void NotificationSettingsView::chooseFile()
@@ -301,8 +300,8 @@ void NotificationSettingsView::chooseFile()
         return;
     }
     setImportError(std::nullopt);
-    model_.setCustomSoundName(imported.displayName);
-    model_.setAdhanSound(AdhanSound::custom);
+    model_.set(Settings::customSoundName, imported.displayName);
+    model_.set(Settings::adhanSound, AdhanSound::custom);
 }
 
 void NotificationSettingsView::setImportError(const std::optional<QString> &error)

@@ -105,7 +105,7 @@ void TimesSettingsView::store()
     options.hijriCorrection = hijri_->value();
     options.highLatitude = HighLatitudeRule::allCases.at(static_cast<size_t>(std::max(highLatitude_->currentIndex(), 0)));
     options.diyanetFromService = fromService_->isChecked();
-    model_.setTimesOptions(options);
+    model_.set(Settings::timesOptions, options);
 }
 
 void TimesSettingsView::refresh()

@@ -1,7 +1,7 @@
 #include "AdhanPlayer.h"
 #include "AppModel.h"
 #include "MediaPlayers.h"
-#include "Defaults.h"
+#include "Settings.h"
 #include "HijriDate.h"
 #include "NotificationBackend.h"
 #include "NotificationScheduler.h"
@@ -99,25 +99,25 @@ struct Harness {
         source->release();
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::sendPostedEvents();
-        Defaults::setStore(nullptr);
+        SettingsStore::setStore(nullptr);
         SoundLibrary::setFolder(QString());
     }
 
     // Diyanet's rule never asks the service; these tests are about the service.
-    static void useServiceMethod() { Defaults::store().setValue(Defaults::name(Defaults::Key::method), QStringLiteral("mwl")); }
+    static void useServiceMethod() { Settings::method.write(CalculationMethod::mwl); }
 
     static void useStore(const QString &path)
     {
-        Defaults::setStore(std::make_unique<QSettings>(path, QSettings::IniFormat));
+        SettingsStore::setStore(std::make_unique<QSettings>(path, QSettings::IniFormat));
     }
 
     // The store as the next run reads it: written out, then parsed afresh from a copy, as
     // QSettings shares parsed files within one process.
     void reopenStore()
     {
-        Defaults::store().sync();
+        SettingsStore::store().sync();
         const QString copy = folder.filePath(QStringLiteral("Orvel-%1.conf").arg(++reopened));
-        QFile::copy(Defaults::store().fileName(), copy);
+        QFile::copy(SettingsStore::store().fileName(), copy);
         useStore(copy);
     }
 
@@ -153,7 +153,7 @@ void settleWorkers()
 TEST(AppModelClock, RollsOverAtThePlacesMidnight)
 {
     Harness harness(at(2026, 3, 1, 23, 59, 59, "Asia/Tokyo"));
-    Defaults::encode(Defaults::Key::location, Location{"Tokyo", 35.6762, 139.6503, "Asia/Tokyo"});
+    Settings::location.write(Location{"Tokyo", 35.6762, 139.6503, "Asia/Tokyo"});
     const auto model = harness.model();
     ASSERT_TRUE(reloadAndWait(*model));
     ASSERT_EQ(model->today()->day, (DayKey{2026, 3, 1}));
@@ -167,7 +167,7 @@ TEST(AppModelClock, RollsOverAtThePlacesMidnight)
     EXPECT_EQ(model->today()->day, (DayKey{2026, 3, 2}));
 
     // A zone id that names no zone falls back to the machine's.
-    model->setLocation({"Nowhere", 41, 29, "Mars/Olympus"});
+    model->set(Settings::location, {"Nowhere", 41, 29, "Mars/Olympus"});
     harness.clock->set(at(2026, 3, 2, 23, 59, 30));
     ASSERT_TRUE(reloadAndWait(*model));
     EXPECT_EQ(model->today()->day, (DayKey{2026, 3, 2}));
@@ -206,14 +206,14 @@ TEST(AppModelClock, OnlyTheNewestLoadIsApplied)
 {
     Harness harness(at(2026, 3, 10, 10, 0));
     harness.useServiceMethod();
-    Defaults::encode(Defaults::Key::location, Location{"Ankara", 39.9208, 32.8541, "Europe/Istanbul"});
+    Settings::location.write(Location{"Ankara", 39.9208, 32.8541, "Europe/Istanbul"});
     harness.source->heldPlace = "Ankara";
     const auto model = harness.model();
     QSignalSpy finished(model.get(), &AppModel::loadFinished);
 
     model->reload();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !harness.source->askedSoFar().empty(); }, loadWaitMs));
-    model->setLocation(Location::istanbul());
+    model->set(Settings::location, Location::istanbul());
     ASSERT_TRUE(finished.wait(loadWaitMs));
     const DayTimes istanbulDay = PrayerCalculator::times({2026, 3, 10}, Location::istanbul(), CalculationMethod::mwl);
     EXPECT_EQ(model->today(), istanbulDay);
@@ -309,7 +309,7 @@ TEST(AppModelSettings, FirstStartGivesEveryDefaultAndWritesNothing)
     // Left to the panel: the time left in the icon only where no title shows beside it.
     EXPECT_TRUE(model->showsIconRemaining(false));
     EXPECT_FALSE(model->showsIconRemaining(true));
-    EXPECT_TRUE(Defaults::store().allKeys().isEmpty());
+    EXPECT_TRUE(SettingsStore::store().allKeys().isEmpty());
 }
 
 TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
@@ -347,22 +347,52 @@ TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
     EXPECT_EQ(model->location(), Location::istanbul()) << "a latitude of 400 is no place";
 }
 
+// A value is checked when it is set, not only when the next run reads it back: a Friday
+// reminder of 17 minutes is refused at once rather than stored and dropped at the next start. A
+// setting stored under the name an earlier version gave it keeps the user's choice, and moves to
+// its present name at the next change.
+TEST(AppModelSettings, ValuesAreCheckedWhenSetAndFormerNamesStillRead)
+{
+    Harness harness(morning);
+    useStoreFile(harness.folder.filePath("former.conf"), "menuBarStyle=remaining\n");
+    auto model = harness.model();
+    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::remaining);
+
+    QSignalSpy changes(model.get(), &AppModel::settingChanged);
+    model->set(Settings::fridayMinutes, 17);
+    model->set(Settings::soundVolume, 1.5);
+    model->set(Settings::kerahatMinutes, 30);
+    model->set(Settings::location, Location{"Far", 400, 0, "UTC"});
+    EXPECT_EQ(changes.count(), 0);
+    EXPECT_EQ(model->fridayMinutes(), 0);
+    EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("fridayReminder")));
+
+    model->set(Settings::fridayMinutes, 30);
+    model->set(Settings::menuBarStyle, MenuBarStyle::iconOnly);
+    EXPECT_EQ(changes.count(), 2);
+    EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("menuBarStyle")));
+    harness.reopenStore();
+    model = harness.model();
+    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::iconOnly);
+    EXPECT_EQ(model->fridayMinutes(), 30);
+}
+
 TEST(AppModelSettings, FormsThatTripUpTheStoreAreReadBackByTheNextRun)
 {
     Harness harness(morning);
     auto model = harness.model();
-    model->setNotifiedPrayers({Prayer::ogle});
-    model->setCustomSoundName(QStringLiteral("Ezan, sabah.mp3"));
-    model->setQuietHours({true, 1320, 360});
+    model->set(Settings::notifiedPrayers, {Prayer::ogle});
+    model->set(Settings::customSoundName, QStringLiteral("Ezan, sabah.mp3"));
+    model->set(Settings::quietHours, {true, 1320, 360});
     harness.reopenStore();
     model = harness.model();
     EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::ogle});
     EXPECT_EQ(model->customSoundName(), QStringLiteral("Ezan, sabah.mp3"));
     EXPECT_EQ(model->quietHours(), (QuietHours{true, 1320, 360}));
 
-    model->setNotifiedPrayers({});
-    model->setCustomSoundName(std::nullopt);
-    model->setIconRemaining(true);
+    model->set(Settings::notifiedPrayers, {});
+    model->set(Settings::customSoundName, std::nullopt);
+    model->set(Settings::iconRemaining, true);
     harness.reopenStore();
     EXPECT_EQ(harness.model()->notifiedPrayers(), Set{});
     EXPECT_EQ(harness.model()->customSoundName(), std::nullopt);
@@ -370,11 +400,12 @@ TEST(AppModelSettings, FormsThatTripUpTheStoreAreReadBackByTheNextRun)
 
     // Back to the panel's choice: nothing is stored, and a change is told once.
     model = harness.model();
-    QSignalSpy iconRemaining(model.get(), &AppModel::iconRemainingChanged);
-    model->setIconRemaining(std::nullopt);
-    model->setIconRemaining(std::nullopt);
-    EXPECT_EQ(iconRemaining.count(), 1);
-    EXPECT_FALSE(Defaults::store().contains(QStringLiteral("iconRemaining")));
+    QSignalSpy changes(model.get(), &AppModel::settingChanged);
+    model->set(Settings::iconRemaining, std::nullopt);
+    model->set(Settings::iconRemaining, std::nullopt);
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_EQ(changes.front().front().toString(), "iconRemaining");
+    EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("iconRemaining")));
 }
 
 TEST(AppModelSettings, EqualAssignmentsStayQuiet)
@@ -382,13 +413,13 @@ TEST(AppModelSettings, EqualAssignmentsStayQuiet)
     Harness harness(morning);
     const auto model = harness.model();
     QSignalSpy changed(model.get(), &AppModel::changed);
-    model->setLocation(Location::istanbul());
-    model->setMethod(CalculationMethod::diyanet);
+    model->set(Settings::location, Location::istanbul());
+    model->set(Settings::method, CalculationMethod::diyanet);
     EXPECT_EQ(changed.count(), 0);
     EXPECT_FALSE(model->isLoading()) << "an equal place must not reload";
-    EXPECT_FALSE(Defaults::store().contains(QStringLiteral("location")));
-    EXPECT_FALSE(Defaults::store().contains(QStringLiteral("method")));
-    model->setReminderMinutes(0);
+    EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("location")));
+    EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("method")));
+    model->set(Settings::reminderMinutes, 0);
     EXPECT_EQ(changed.count(), 0);
 }
 
@@ -400,12 +431,14 @@ TEST(AppModelSettings, APlaceChosenOnTheCommandLineReachesTheRunningModel)
     const QString configHome = harness.folder.filePath(QStringLiteral("config"));
     Harness::useStore(configHome + QStringLiteral("/Orvel/Orvel.conf"));
     const auto model = harness.model();
-    model->setMethod(CalculationMethod::mwl);
-    Defaults::store().sync();
-    SettingsWatcher watcher(Defaults::store().fileName());
+    model->set(Settings::method, CalculationMethod::mwl);
+    SettingsStore::store().sync();
+    SettingsWatcher watcher(SettingsStore::store().fileName());
     QObject::connect(&watcher, &SettingsWatcher::changed, model.get(), &AppModel::adoptStoredSettings);
-    QSignalSpy placeChanged(model.get(), &AppModel::locationChanged);
-    QSignalSpy methodChanged(model.get(), &AppModel::methodChanged);
+    QSignalSpy changes(model.get(), &AppModel::settingChanged);
+    const auto changesOf = [&changes](const char *name) {
+        return std::ranges::count_if(changes, [name](const QList<QVariant> &change) { return change.front() == name; });
+    };
 
     QProcess cli;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -417,14 +450,14 @@ TEST(AppModelSettings, APlaceChosenOnTheCommandLineReachesTheRunningModel)
     ASSERT_TRUE(cli.waitForFinished(loadWaitMs));
     ASSERT_EQ(cli.exitCode(), 0) << cli.readAllStandardError().toStdString();
 
-    ASSERT_TRUE(QTest::qWaitFor([&] { return placeChanged.count() > 0; }, loadWaitMs));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return changesOf("location") > 0; }, loadWaitMs));
     EXPECT_EQ(model->location().name, "Berlin");
     EXPECT_EQ(model->location().timeZoneID, "Europe/Berlin");
     EXPECT_EQ(model->method(), CalculationMethod::mwl);
     // The model's own rewrite of what it just read is no news.
     QTest::qWait(3 * SettingsWatcher::settleMs);
-    EXPECT_EQ(placeChanged.count(), 1);
-    EXPECT_EQ(methodChanged.count(), 0);
+    EXPECT_EQ(changesOf("location"), 1);
+    EXPECT_EQ(changes.count(), 1) << "nothing else changed";
 }
 
 // orvel-cli status reads the user's Ramadan, kerahat and style settings as the tray does: 42
@@ -440,7 +473,7 @@ TEST(AppModelSettings, TheCommandLineStatusSaysWhatTheTraySays)
     const auto model = harness.model();
     ASSERT_TRUE(reloadAndWait(*model));
     const auto cliStatus = [&] {
-        Defaults::store().sync();
+        SettingsStore::store().sync();
         QProcess cli;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configHome);
@@ -464,10 +497,10 @@ TEST(AppModelSettings, TheCommandLineStatusSaysWhatTheTraySays)
     EXPECT_EQ(model->statusLine().state, StatusLine::State::kerahat);
     EXPECT_TRUE(model->statusLine().text.starts_with("İftar"));
 
-    model->setRamadanMode(false);
-    model->setKerahatMinutes(40);
-    model->setKerahatMenuDot(false);
-    model->setMenuBarStyle(MenuBarStyle::nameAndTime);
+    model->set(Settings::ramadanMode, false);
+    model->set(Settings::kerahatMinutes, 40);
+    model->set(Settings::kerahatMenuDot, false);
+    model->set(Settings::menuBarStyle, MenuBarStyle::nameAndTime);
     expectSame();
     EXPECT_EQ(model->statusLine().state, StatusLine::State::normal);
     EXPECT_TRUE(model->statusLine().text.starts_with("Akşam "));
@@ -517,7 +550,7 @@ TEST(AppModelSettings, TheEntrySoundPausesMediaAndResumesIt)
     Harness harness(day[Prayer::ogle] - 30);
     const auto model = std::make_unique<AppModel>(
         std::nullopt, false, AppModel::Services{harness.clock, harness.repository, &harness.scheduler, nullptr, &players});
-    model->setAdhanSound(AdhanSound::chime);
+    model->set(Settings::adhanSound, AdhanSound::chime);
     ASSERT_TRUE(reloadAndWait(*model));
     harness.clock->advance(35);
     model->tick();
@@ -528,7 +561,7 @@ TEST(AppModelSettings, TheEntrySoundPausesMediaAndResumesIt)
     EXPECT_FALSE(model->player().isPlaying());
     EXPECT_EQ(players.resumes, 1);
 
-    model->setPauseMedia(false);
+    model->set(Settings::pauseMedia, false);
     harness.clock->set(day[Prayer::ikindi] + 5);
     model->tick();
     EXPECT_EQ(players.pauses, 1);
@@ -577,7 +610,7 @@ protected:
 
 class EntrySound : public LoadedDay {
 protected:
-    EntrySound() { model->setAdhanSound(AdhanSound::chime); }
+    EntrySound() { model->set(Settings::adhanSound, AdhanSound::chime); }
 };
 
 TEST_F(EntrySound, PlaysOncePerEntryAndNeverOnAFrozenClock)
@@ -593,7 +626,7 @@ TEST_F(EntrySound, PlaysOncePerEntryAndNeverOnAFrozenClock)
 
     const auto frozen = harness.model((*model->today())[Prayer::aksam] + 5);
     QSignalSpy frozenPlaying(&frozen->player(), &AdhanPlayer::isPlayingChanged);
-    frozen->setAdhanSound(AdhanSound::chime);
+    frozen->set(Settings::adhanSound, AdhanSound::chime);
     ASSERT_TRUE(reloadAndWait(*frozen));
     frozen->tick();
     EXPECT_EQ(frozenPlaying.count(), 0);
@@ -601,26 +634,26 @@ TEST_F(EntrySound, PlaysOncePerEntryAndNeverOnAFrozenClock)
 
 TEST_F(EntrySound, NeverForGunesNorAPrayerLeftOutNorInQuietHoursNorWithTheSystemSound)
 {
-    model->setNotifiedPrayers({Prayer::gunes, Prayer::imsak});
+    model->set(Settings::notifiedPrayers, {Prayer::gunes, Prayer::imsak});
     set(Prayer::gunes, 5);
     set(Prayer::ogle, 5);
     EXPECT_EQ(starts(), 0);
     // Switched on within the same minute: the entry was not yet handled, so it sounds now.
-    model->setNotifiedPrayers({Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi});
+    model->set(Settings::notifiedPrayers, {Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi});
     set(Prayer::ogle, 20);
     EXPECT_EQ(starts(), 1);
 
     // Quiet hours swallow the whole entry, even when switched off within its minute.
-    model->setQuietHours({true, 0, 24 * 60 - 1});
+    model->set(Settings::quietHours, {true, 0, 24 * 60 - 1});
     set(Prayer::ikindi, 5);
-    model->setQuietHours({false, 0, 24 * 60 - 1});
+    model->set(Settings::quietHours, {false, 0, 24 * 60 - 1});
     set(Prayer::ikindi, 40);
     EXPECT_EQ(starts(), 1);
     set(Prayer::aksam, 5);
     EXPECT_EQ(starts(), 2);
 
     // The system sound belongs to the notification; the app's player stays out of it.
-    model->setAdhanSound(AdhanSound::system);
+    model->set(Settings::adhanSound, AdhanSound::system);
     set(Prayer::yatsi, 5);
     EXPECT_EQ(starts(), 2);
 }
@@ -634,7 +667,7 @@ TEST_F(MenuBarTitle, TheEntryMinuteShowsThePillExceptAtGunes)
     EXPECT_EQ(unloaded->menuBarImage(MenuBarStyle::nameAndRemaining, false).image.width(), widthOf(std::nullopt));
     EXPECT_EQ(unloaded->accessibilityLabel(), QStringLiteral("Orvel"));
 
-    model->setKerahatMenuDot(false);
+    model->set(Settings::kerahatMenuDot, false);
     set(Prayer::ogle, 10);
     for (const MenuBarStyle style : MenuBarStyle::allCases) {
         EXPECT_FALSE(image(style).isTemplate);
@@ -656,18 +689,18 @@ TEST_F(MenuBarTitle, KerahatDotFollowsTheSettingButTheLabelAlwaysSaysIt)
     EXPECT_EQ(width(), widthOf(title, Style::normal, true));
     EXPECT_TRUE(model->accessibilityLabel().endsWith(kerahatSuffix));
 
-    model->setKerahatMenuDot(false);
+    model->set(Settings::kerahatMenuDot, false);
     EXPECT_TRUE(image().isTemplate);
     EXPECT_EQ(width(), widthOf(title));
     EXPECT_TRUE(model->accessibilityLabel().endsWith(kerahatSuffix));
     EXPECT_EQ(image(MenuBarStyle::nameAndRemaining, true).image.width(), widthOf(title, Style::normal, true));
 
-    model->setKerahatMenuDot(true);
-    model->setShowKerahat(false);
+    model->set(Settings::kerahatMenuDot, true);
+    model->set(Settings::showKerahat, false);
     EXPECT_TRUE(image().isTemplate);
     EXPECT_FALSE(model->accessibilityLabel().endsWith(kerahatSuffix));
 
-    model->setShowKerahat(true);
+    model->set(Settings::showKerahat, true);
     set(Prayer::ogle, 30 * 60); // between istiva and sunset
     EXPECT_TRUE(image().isTemplate);
     EXPECT_FALSE(model->accessibilityLabel().endsWith(kerahatSuffix));
@@ -698,7 +731,7 @@ TEST_F(RamadanMenuBarTitle, IftarInsteadOfAksamUnlessSwitchedOff)
     set(Prayer::aksam, -75 * 60);
     EXPECT_EQ(width(), widthOf(QStringLiteral("İftar 1:15")));
     EXPECT_EQ(model->accessibilityLabel(), QStringLiteral("İftara 1 saat 15 dakika kaldı"));
-    model->setRamadanMode(false);
+    model->set(Settings::ramadanMode, false);
     EXPECT_EQ(width(), widthOf(QStringLiteral("Akşam 1:15")));
     EXPECT_FALSE(model->ramadanDay());
 }

@@ -2,7 +2,7 @@
 
 #include "AppModel.h"
 #include "Clock.h"
-#include "Defaults.h"
+#include "Settings.h"
 #include "PrayerCalculator.h"
 #include "PrayerRepository.h"
 #include "Snapshot.h"
@@ -36,7 +36,7 @@ struct OfflineModel {
     explicit OfflineModel(Instant start)
         : clock(std::make_shared<ManualClock>(start))
     {
-        Defaults::setStore(std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat));
+        SettingsStore::setStore(std::make_unique<QSettings>(folder.filePath("settings.ini"), QSettings::IniFormat));
         AppModel::Services services;
         services.clock = clock;
         services.repository = std::make_shared<PrayerRepository>(
@@ -47,7 +47,7 @@ struct OfflineModel {
         model = std::make_unique<AppModel>(std::nullopt, false, services);
         current = model.get();
         QSignalSpy loaded(current, &AppModel::loadFinished);
-        current->setLocation(Snapshot::uskudar());
+        current->set(Settings::location, Snapshot::uskudar());
         if (current->isLoading())
             loaded.wait(10'000);
     }

@@ -369,11 +369,11 @@ TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
     EXPECT_EQ(model.iconRemaining(), std::nullopt);
     EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::normal, "49"}));
     EXPECT_EQ(TrayPicture::face(model, true), (TrayPicture::Face{TrayPicture::State::normal, ""}));
-    model.setIconRemaining(true);
+    model.set(Settings::iconRemaining, true);
     EXPECT_EQ(TrayPicture::face(model, true).remaining, "49");
-    model.setIconRemaining(false);
+    model.set(Settings::iconRemaining, false);
     EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
-    model.setIconRemaining(std::nullopt);
+    model.set(Settings::iconRemaining, std::nullopt);
     // The entry minute has its green disc alone.
     offline.moveTo(day[Prayer::ikindi] + 5);
     EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::entry, ""}));
@@ -381,8 +381,8 @@ TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
     offline.moveTo(day[Prayer::ikindi] + 65);
     EXPECT_TRUE(TrayPicture::face(model, false).remaining.endsWith(QStringLiteral("sa")));
     // "Yalnız simge" is the icon alone, whatever the switch says.
-    model.setIconRemaining(true);
-    model.setMenuBarStyle(MenuBarStyle::iconOnly);
+    model.set(Settings::iconRemaining, true);
+    model.set(Settings::menuBarStyle, MenuBarStyle::iconOnly);
     EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
 }
 
@@ -490,7 +490,7 @@ TEST(DBusStatusItem, LegibleOnGnomeAndOnBothBreezePanels)
         qputenv("XDG_CURRENT_DESKTOP", "GNOME");
         // GNOME's panel shows the title, so its icon carries no digits; this test's watcher is not
         // gnome-shell, so the setting says so instead.
-        model.setIconRemaining(false);
+        model.set(Settings::iconRemaining, false);
         DBusStatusItem gnome(panel.orvelSide);
         gnome.update(model);
         gnome.show();
@@ -501,7 +501,7 @@ TEST(DBusStatusItem, LegibleOnGnomeAndOnBothBreezePanels)
         ASSERT_TRUE(svg.open(QIODevice::ReadOnly)) << svg.fileName().toStdString();
         EXPECT_TRUE(svg.readAll().contains("currentColor"));
         EXPECT_GE(PanelColors::contrast(inkOf(pixels(gnome.serviceName())), PanelColors::gnomeBar().background), 4.5);
-        model.setIconRemaining(std::nullopt);
+        model.set(Settings::iconRemaining, std::nullopt);
     }
 
     qputenv("XDG_CURRENT_DESKTOP", "KDE");
@@ -566,7 +566,7 @@ TEST(TrayStatusItem, FollowsTheModelAndRedrawsOnlyOnChange)
     offline.moveTo(day[Prayer::gunes] + 600);
     expect(TrayPicture::State::kerahat, 3);
     // Without the dot the picture goes back to the plain crescent.
-    model.setKerahatMenuDot(false);
+    model.set(Settings::kerahatMenuDot, false);
     expect(TrayPicture::State::normal, 4);
     // A darker desktop asks for a light crescent.
     Colors::forceAppearance(Appearance::dark);

@@ -1,5 +1,5 @@
 #include "AppModel.h"
-#include "Defaults.h"
+#include "Settings.h"
 #include "ImsakiyeHeader.h"
 #include "SegmentedControl.h"
 #include "ImsakiyeRow.h"
@@ -65,13 +65,13 @@ QString pdfInfo(const QString &path)
 // months a test blocks until it lets them go.
 class ImsakiyeViewTest : public ::testing::Test {
 protected:
-    ImsakiyeViewTest() { Defaults::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat)); }
+    ImsakiyeViewTest() { SettingsStore::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat)); }
     ~ImsakiyeViewTest() override
     {
         release();
         QThreadPool::globalInstance()->waitForDone(loadWaitMs);
         QCoreApplication::sendPostedEvents();
-        Defaults::setStore(nullptr);
+        SettingsStore::setStore(nullptr);
         Colors::forceAppearance(std::nullopt);
     }
 
@@ -84,7 +84,7 @@ protected:
     {
         std::unique_ptr<AppModel> loaded = model();
         QSignalSpy finished(loaded.get(), &AppModel::loadFinished);
-        loaded->setLocation({"İstanbul, Üsküdar", 41.0255, 29.0153, "Europe/Istanbul"});
+        loaded->set(Settings::location, {"İstanbul, Üsküdar", 41.0255, 29.0153, "Europe/Istanbul"});
         EXPECT_TRUE(finished.wait(loadWaitMs));
         return loaded;
     }
@@ -238,7 +238,7 @@ TEST_F(ImsakiyeViewTest, OldRowsStayAndASupersededAnswerIsDropped)
 
     // A new place is a new page: the rows follow the model.
     const QString before = QString::fromStdString(view.rows()[0]->content().row.times[0]);
-    model->setLocation({"Van", 38.5012, 43.3730, "Europe/Istanbul"});
+    model->set(Settings::location, {"Van", 38.5012, 43.3730, "Europe/Istanbul"});
     ASSERT_TRUE(waitForDays(view));
     EXPECT_NE(QString::fromStdString(view.rows()[0]->content().row.times[0]), before);
     EXPECT_TRUE(view.placeLabel()->text().startsWith(QStringLiteral("Van · Diyanet")));
@@ -285,8 +285,8 @@ TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
 TEST_F(ImsakiyeViewTest, TheFooterKeepsThePlaceAndMethodWhole)
 {
     std::unique_ptr<AppModel> model = loadedModel();
-    model->setLocation({"Kahramanmaraş, Dulkadiroğlu", 37.58, 36.93, "Europe/Istanbul"});
-    model->setMethod(CalculationMethod::isna);
+    model->set(Settings::location, {"Kahramanmaraş, Dulkadiroğlu", 37.58, 36.93, "Europe/Istanbul"});
+    model->set(Settings::method, CalculationMethod::isna);
     DayTimes estimated = march10();
     estimated.estimated[Prayer(Prayer::imsak).index()] = true;
     ImsakiyeView view(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{estimated}, TimesSource::offline});

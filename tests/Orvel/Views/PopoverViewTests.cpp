@@ -1,6 +1,6 @@
 #include "AppModel.h"
 #include "DayProgressBar.h"
-#include "Defaults.h"
+#include "Settings.h"
 #include "HeroCard.h"
 #include "KerahatBanner.h"
 #include "KerahatRow.h"
@@ -58,12 +58,12 @@ constexpr int loadWaitMs = 10000;
 // calculator's months, or fails on demand.
 class PopoverViewTest : public ::testing::Test {
 protected:
-    PopoverViewTest() { Defaults::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat)); }
+    PopoverViewTest() { SettingsStore::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat)); }
     ~PopoverViewTest() override
     {
         QThreadPool::globalInstance()->waitForDone(loadWaitMs);
         QCoreApplication::sendPostedEvents();
-        Defaults::setStore(nullptr);
+        SettingsStore::setStore(nullptr);
         Colors::forceAppearance(std::nullopt);
     }
 
@@ -75,7 +75,7 @@ protected:
     static bool loadUskudar(AppModel &model)
     {
         QSignalSpy finished(&model, &AppModel::loadFinished);
-        model.setLocation({"İstanbul, Üsküdar", 41.0255, 29.0153, "Europe/Istanbul"});
+        model.set(Settings::location, {"İstanbul, Üsküdar", 41.0255, 29.0153, "Europe/Istanbul"});
         return finished.wait(loadWaitMs);
     }
     std::unique_ptr<AppModel> loadedModel(int hour, int minute)
@@ -183,7 +183,7 @@ TEST_F(PopoverViewTest, KerahatOffLeavesSixRowsAndNoLegend)
     PopoverView view(*model, {}, {}, {});
     ASSERT_FALSE(view.heroCard()->legend()->isHidden());
 
-    model->setShowKerahat(false);
+    model->set(Settings::showKerahat, false);
     EXPECT_EQ(view.prayerList()->rows().size(), 6u);
     EXPECT_TRUE(view.prayerList()->kerahatRows().empty());
     EXPECT_TRUE(view.heroCard()->legend()->isHidden());

@@ -1,6 +1,6 @@
 #include "AboutView.h"
 #include "AppModel.h"
-#include "Defaults.h"
+#include "Settings.h"
 #include "FileChooser.h"
 #include "GeneralSettingsView.h"
 #include "ImageView.h"
@@ -93,7 +93,7 @@ class SettingsViewTest : public ::testing::Test {
 protected:
     SettingsViewTest()
     {
-        Defaults::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat));
+        SettingsStore::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat));
         SoundLibrary::setFolder(folder.filePath("Sounds"));
         qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
         model = std::make_unique<AppModel>(std::nullopt, false, AppModel::Services{clock, repository, &scheduler, nullptr});
@@ -103,7 +103,7 @@ protected:
         QThreadPool::globalInstance()->waitForDone(waitMs);
         QCoreApplication::sendPostedEvents();
         model.reset();
-        Defaults::setStore(nullptr);
+        SettingsStore::setStore(nullptr);
         SoundLibrary::setFolder(QString());
         qputenv("XDG_CONFIG_HOME", configHome);
     }
@@ -235,9 +235,9 @@ TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
     EXPECT_FALSE(model->ramadanMode());
 
     // Changes made elsewhere (the command line, the panel) show at once.
-    model->setMethod(CalculationMethod::egypt);
-    model->setMenuBarStyle(MenuBarStyle::remaining);
-    model->setLocation(berlin);
+    model->set(Settings::method, CalculationMethod::egypt);
+    model->set(Settings::menuBarStyle, MenuBarStyle::remaining);
+    model->set(Settings::location, berlin);
     EXPECT_EQ(view.methodPicker()->currentText(), "Mısır Genel Araştırma Kurumu");
     EXPECT_EQ(view.styleSegments()->current(), 1);
     EXPECT_EQ(view.placeLabel()->text(), "Berlin");
@@ -282,11 +282,11 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     const auto shown = [&] { return std::pair{!view.fileRow()->isHidden(), !view.volumeRow()->isHidden()}; };
     EXPECT_EQ(shown(), std::pair(false, false));
     EXPECT_EQ(view.soundDescription()->text(), "Bildirimle birlikte kısa sistem sesi");
-    model->setAdhanSound(AdhanSound::chime);
+    model->set(Settings::adhanSound, AdhanSound::chime);
     EXPECT_EQ(shown(), std::pair(false, true));
     EXPECT_TRUE(view.listenButton()->isEnabled());
     EXPECT_EQ(view.listenButton()->text(), "Dinle");
-    model->setAdhanSound(AdhanSound::none);
+    model->set(Settings::adhanSound, AdhanSound::none);
     EXPECT_EQ(shown(), std::pair(false, false));
     view.soundPicker()->setCurrentIndex(2);
     emit view.soundPicker()->activated(2);
@@ -301,8 +301,8 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     ASSERT_TRUE(text.open(QIODevice::WriteOnly));
     text.write("hatırlatma listesi");
     text.close();
-    model->setAdhanSound(AdhanSound::chime);
-    model->setAdhanSound(AdhanSound::custom);
+    model->set(Settings::adhanSound, AdhanSound::chime);
+    model->set(Settings::adhanSound, AdhanSound::custom);
     FileChooser::setNextAnswer(notSound);
     view.chooseFileButton()->click();
     EXPECT_EQ(view.importError(), QString::fromUtf8(NotificationSettingsView::importFailed));
@@ -313,7 +313,7 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     ASSERT_TRUE(chime);
     const QString mine = folder.filePath("ezan-ogle.wav");
     ASSERT_TRUE(QFile::copy(*chime, mine));
-    model->setAdhanSound(AdhanSound::system);
+    model->set(Settings::adhanSound, AdhanSound::system);
     FileChooser::setNextAnswer(mine);
     view.chooseFile();
     EXPECT_EQ(view.importError(), std::nullopt);
@@ -353,8 +353,8 @@ TEST_F(SettingsViewTest, QuietHoursAreStoredAsMinutesAfterMidnight)
     view.quietStart()->setTime(QTime(22, 0));
     view.quietEnd()->setTime(QTime(6, 0));
     EXPECT_EQ(model->quietHours(), (QuietHours{true, 1320, 360}));
-    Defaults::store().sync();
-    EXPECT_EQ(Defaults::load().quietHours, (QuietHours{true, 1320, 360}));
+    SettingsStore::store().sync();
+    EXPECT_EQ(Settings::quietHours.read(), (QuietHours{true, 1320, 360}));
 
     view.reminderPicker()->setCurrentIndex(3);
     emit view.reminderPicker()->activated(3);
@@ -366,7 +366,7 @@ TEST_F(SettingsViewTest, QuietHoursAreStoredAsMinutesAfterMidnight)
 TEST_F(SettingsViewTest, AChipReachesTheScheduler)
 {
     QSignalSpy finished(model.get(), &AppModel::loadFinished);
-    model->setLocation(uskudar);
+    model->set(Settings::location, uskudar);
     ASSERT_TRUE(finished.wait(waitMs));
     // The scheduler takes a new plan on its next turn of the event loop.
     const auto yatsiPending = [&] {
@@ -388,8 +388,8 @@ TEST_F(SettingsViewTest, AChipReachesTheScheduler)
 
 TEST_F(SettingsViewTest, KerahatControlsRestWhileTheDisplayIsOff)
 {
-    model->setKerahatMenuDot(false);
-    model->setKerahatMinutes(50);
+    model->set(Settings::kerahatMenuDot, false);
+    model->set(Settings::kerahatMinutes, 50);
     KerahatSettingsView view(*model);
     EXPECT_TRUE(view.dotSwitch()->isEnabled());
     view.showSwitch()->click();
@@ -452,11 +452,11 @@ TEST_F(SettingsViewTest, MinuteAndHijriCorrectionsReachTheTimesShown)
     ASSERT_TRUE(loaded.wait(waitMs));
     EXPECT_EQ(hijri->text(), "+1 gün");
     EXPECT_EQ(model->today()->hijri->day, computed.hijri->day + 1);
-    EXPECT_EQ(Defaults::load().times, model->timesOptions());
+    EXPECT_EQ(Settings::timesOptions.read(), model->timesOptions());
 
     // Set elsewhere (the command line's settings file), shown here without storing again.
     TimesOptions cleared;
-    model->setTimesOptions(cleared);
+    model->set(Settings::timesOptions, cleared);
     EXPECT_EQ(imsak->value(), 0);
     EXPECT_EQ(hijri->value(), 0);
 }
