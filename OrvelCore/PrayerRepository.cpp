@@ -13,10 +13,8 @@
 
 #include <nlohmann/json.hpp>
 
-#if !defined(_WIN32)
 #include <pwd.h>
 #include <unistd.h>
-#endif
 
 namespace orvel {
 
@@ -27,7 +25,6 @@ namespace {
 // A month file is a few kilobytes; a huge file in the folder is not ours and is not read.
 constexpr std::uintmax_t maximumFileSize = 4 * 1024 * 1024;
 
-#if !defined(_WIN32)
 fs::path homeDirectory()
 {
     if (const char *home = std::getenv("HOME"); home && *home)
@@ -39,7 +36,6 @@ fs::path homeDirectory()
         return found->pw_dir;
     return fs::current_path();
 }
-#endif
 
 } // namespace
 
@@ -58,15 +54,8 @@ PrayerRepository::PrayerRepository(fs::path cacheDirectory, AladhanClient client
 
 fs::path PrayerRepository::defaultCacheDirectory()
 {
-#if defined(_WIN32)
-    const char *appData = std::getenv("APPDATA");
-    const fs::path base = appData && *appData ? fs::path(appData) : fs::temp_directory_path();
-#elif defined(__APPLE__)
-    const fs::path base = homeDirectory() / "Library" / "Application Support";
-#else
     const char *dataHome = std::getenv("XDG_DATA_HOME");
     const fs::path base = dataHome && fs::path(dataHome).is_absolute() ? fs::path(dataHome) : homeDirectory() / ".local" / "share";
-#endif
     return base / "Orvel" / "Cache";
 }
 

@@ -2,50 +2,14 @@
 
 #include <system_error>
 
-#if defined(_WIN32)
-#include <fstream>
-#include <iterator>
-#else
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#endif
 
 namespace orvel::SafeFile {
 
 namespace fs = std::filesystem;
-
-#if defined(_WIN32)
-
-bool write(const fs::path &path, std::string_view text, bool)
-{
-    fs::path temporary = path;
-    temporary += ".tmp";
-    {
-        std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-        file.write(text.data(), static_cast<std::streamsize>(text.size()));
-        if (!file)
-            return false;
-    }
-    std::error_code error;
-    fs::rename(temporary, path, error);
-    if (error)
-        fs::remove(temporary, error);
-    return !error;
-}
-
-std::optional<std::string> read(const fs::path &path, std::uintmax_t maxBytes)
-{
-    std::error_code error;
-    if (!fs::is_regular_file(fs::symlink_status(path, error)) || fs::file_size(path, error) > maxBytes || error)
-        return std::nullopt;
-    std::ifstream file(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    return file.bad() ? std::nullopt : std::optional(text);
-}
-
-#else
 
 namespace {
 
@@ -123,7 +87,5 @@ std::optional<std::string> read(const fs::path &path, std::uintmax_t maxBytes)
     }
     return text;
 }
-
-#endif
 
 } // namespace orvel::SafeFile

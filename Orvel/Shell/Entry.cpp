@@ -4,7 +4,7 @@
 #include "AppModel.h"
 #include "DiyanetCalendar.h"
 #include "Gazetteer.h"
-#include "LoginItem.h"
+#include "Autostart.h"
 #include "OrvelApp.h"
 #include "PrayerRepository.h"
 #include "QtTurkish.h"
@@ -78,7 +78,7 @@ int runApplication(int argc, char **argv)
     if (instance.claim() == SingleInstance::Claim::alreadyRunning)
         return 0;
 
-    LoginItem::migrate();
+    Autostart::migrate();
     DiyanetCalendar::keepMonthStartsIn(PrayerRepository::defaultCacheDirectory() / DiyanetCalendar::storeFileName);
     OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
     // orvel-cli and other copies write the same store; the running application follows them.

@@ -42,11 +42,9 @@ SingleInstance::~SingleInstance() = default;
 
 QString SingleInstance::defaultServerName()
 {
-#if defined(Q_OS_UNIX)
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!runtime.isEmpty() && QFileInfo(runtime).isDir() && QFileInfo(runtime).isWritable())
         return runtime + QStringLiteral("/orvel.socket");
-#endif
     const QByteArray key = (userName() + u'|' + QDir::tempPath() + u'|' + QDir::homePath()).toUtf8();
     return QStringLiteral("orvel-")
         + QString::fromLatin1(QCryptographicHash::hash(key, QCryptographicHash::Sha1).toHex().left(16));

@@ -3,10 +3,7 @@
 #include "AdhanPlayer.h"
 #include "AppModel.h"
 #include "Calendars.h"
-
-#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
 #include "DBusStatusService.h"
-#endif
 
 namespace orvel {
 
@@ -29,11 +26,7 @@ PublishedStatus PublishedStatus::of(const AppModel &model)
 
 StatusService *StatusService::createForPlatform(QObject *parent)
 {
-#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
     return new DBusStatusService(QDBusConnection::sessionBus(), parent);
-#else
-    return new StatusService(parent);
-#endif
 }
 
 } // namespace orvel

@@ -30,10 +30,8 @@ bool looksLikeAudio(const QString &path)
 // variable once, when the first media object is created.
 void preferWorkingBackend()
 {
-#if defined(Q_OS_LINUX)
     if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND"))
         qputenv("QT_MEDIA_BACKEND", "gstreamer");
-#endif
 }
 
 float clampedVolume(double volume)

@@ -1,18 +1,12 @@
 #include "QuitSignals.h"
 
-#if defined(Q_OS_UNIX)
-#include "unix/UnixQuitSignals.h"
-#endif
+#include "linux/UnixQuitSignals.h"
 
 namespace orvel {
 
 QuitSignals *QuitSignals::createForPlatform(QObject *parent)
 {
-#if defined(Q_OS_UNIX)
     return new UnixQuitSignals(parent);
-#else
-    return new QuitSignals(parent);
-#endif
 }
 
 } // namespace orvel

@@ -3,7 +3,7 @@
 #include "AppModel.h"
 #include "ImageView.h"
 #include "LocationService.h"
-#include "LoginItem.h"
+#include "Autostart.h"
 #include "PlaceFinder.h"
 #include "SegmentedControl.h"
 #include "SettingsForm.h"
@@ -264,7 +264,7 @@ void GeneralSettingsView::refreshPreview()
 void GeneralSettingsView::refreshLogin()
 {
     const QSignalBlocker blocker(login_);
-    login_->setChecked(LoginItem::isEnabled());
+    login_->setChecked(Autostart::isEnabled());
 }
 
 void GeneralSettingsView::search()
@@ -333,7 +333,7 @@ void GeneralSettingsView::useCurrentLocation()
 
 void GeneralSettingsView::setLaunchAtLogin(bool on)
 {
-    const std::optional<QString> error = LoginItem::set(on);
+    const std::optional<QString> error = Autostart::set(on);
     if (error)
         loginError_->setText(QStringLiteral("Ayarlanamadı: ") + *error + QString::fromUtf8(loginFailedAdvice));
     loginError_->setVisible(error.has_value());

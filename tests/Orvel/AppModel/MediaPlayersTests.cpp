@@ -1,5 +1,5 @@
 #include "../Notifications/PrivateBus.h"
-#include "unix/MprisPlayers.h"
+#include "linux/MprisPlayers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "../Notifications/PrivateBus.h"
 #include "linux/LinuxSystemEvents.h"
-#include "unix/UnixQuitSignals.h"
+#include "linux/UnixQuitSignals.h"
 
 #include <gtest/gtest.h>
 

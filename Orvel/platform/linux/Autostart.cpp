@@ -1,4 +1,4 @@
-#include "LoginItem.h"
+#include "Autostart.h"
 
 #include "AppId.h"
 
@@ -8,20 +8,9 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-namespace orvel::LoginItem {
+namespace orvel::Autostart {
 
 namespace {
-
-constexpr auto unsupported = "Bu sistemde desteklenmiyor";
-
-bool supported()
-{
-#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
-    return true;
-#else
-    return false;
-#endif
-}
 
 QString configHome()
 {
@@ -113,7 +102,7 @@ QString formerAutostartPath()
 
 void migrate()
 {
-    if (!supported() || !QFile::exists(formerAutostartPath()) || QFile::exists(autostartPath()))
+    if (!QFile::exists(formerAutostartPath()) || QFile::exists(autostartPath()))
         return;
     if (entryEnabled(formerAutostartPath()))
         enable();
@@ -136,18 +125,14 @@ QString desktopEntry(const QString &executable)
 
 std::optional<QString> set(bool enabled)
 {
-    if (!supported())
-        return QString::fromUtf8(unsupported);
     return enabled ? enable() : disable();
 }
 
 bool isEnabled()
 {
-    if (!supported())
-        return false;
     if (QFileInfo::exists(autostartPath()))
         return entryEnabled(autostartPath());
     return entryEnabled(formerAutostartPath());
 }
 
-} // namespace orvel::LoginItem
+} // namespace orvel::Autostart

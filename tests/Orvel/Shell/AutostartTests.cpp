@@ -1,4 +1,4 @@
-#include "LoginItem.h"
+#include "Autostart.h"
 
 #include <gtest/gtest.h>
 
@@ -23,14 +23,14 @@ struct ConfigHome {
 
 } // namespace
 
-TEST(LoginItem, WritesAndRemovesTheAutostartEntry)
+TEST(Autostart, WritesAndRemovesTheAutostartEntry)
 {
     const ConfigHome home;
     QFile file(home.dir.filePath("autostart/io.github.orvel.Orvel.desktop"));
-    ASSERT_EQ(LoginItem::autostartPath(), file.fileName());
-    EXPECT_FALSE(LoginItem::isEnabled());
-    EXPECT_EQ(LoginItem::set(true), std::nullopt);
-    EXPECT_TRUE(LoginItem::isEnabled());
+    ASSERT_EQ(Autostart::autostartPath(), file.fileName());
+    EXPECT_FALSE(Autostart::isEnabled());
+    EXPECT_EQ(Autostart::set(true), std::nullopt);
+    EXPECT_TRUE(Autostart::isEnabled());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
     file.close();
@@ -40,49 +40,49 @@ TEST(LoginItem, WritesAndRemovesTheAutostartEntry)
         EXPECT_TRUE(lines.contains(line)) << line.toStdString();
 
     // Turning it on twice keeps one entry; off removes it, and off again is no error.
-    EXPECT_EQ(LoginItem::set(true), std::nullopt);
-    EXPECT_EQ(LoginItem::set(false), std::nullopt);
+    EXPECT_EQ(Autostart::set(true), std::nullopt);
+    EXPECT_EQ(Autostart::set(false), std::nullopt);
     EXPECT_FALSE(file.exists());
-    EXPECT_FALSE(LoginItem::isEnabled());
-    EXPECT_EQ(LoginItem::set(false), std::nullopt);
+    EXPECT_FALSE(Autostart::isEnabled());
+    EXPECT_EQ(Autostart::set(false), std::nullopt);
 
     // An entry the desktop switched off is off.
-    ASSERT_EQ(LoginItem::set(true), std::nullopt);
+    ASSERT_EQ(Autostart::set(true), std::nullopt);
     ASSERT_TRUE(file.open(QIODevice::Append));
     file.write("Hidden=true\n");
     file.close();
-    EXPECT_FALSE(LoginItem::isEnabled());
+    EXPECT_FALSE(Autostart::isEnabled());
 }
 
 // An entry written by an earlier version keeps its meaning: on stays on under the new name, and
 // one the desktop switched off is simply dropped.
-TEST(LoginItem, AFormerEntryIsCarriedOver)
+TEST(Autostart, AFormerEntryIsCarriedOver)
 {
     const ConfigHome home;
     const auto writeFormer = [&](const QByteArray &extra) {
         QDir().mkpath(home.dir.filePath("autostart"));
-        QFile former(LoginItem::formerAutostartPath());
+        QFile former(Autostart::formerAutostartPath());
         ASSERT_TRUE(former.open(QIODevice::WriteOnly));
         former.write("[Desktop Entry]\nType=Application\nExec=orvel\n" + extra);
     };
     writeFormer("");
-    EXPECT_TRUE(LoginItem::isEnabled());
-    LoginItem::migrate();
-    EXPECT_TRUE(QFile::exists(LoginItem::autostartPath()));
-    EXPECT_FALSE(QFile::exists(LoginItem::formerAutostartPath()));
-    EXPECT_TRUE(LoginItem::isEnabled());
+    EXPECT_TRUE(Autostart::isEnabled());
+    Autostart::migrate();
+    EXPECT_TRUE(QFile::exists(Autostart::autostartPath()));
+    EXPECT_FALSE(QFile::exists(Autostart::formerAutostartPath()));
+    EXPECT_TRUE(Autostart::isEnabled());
 
-    ASSERT_EQ(LoginItem::set(false), std::nullopt);
+    ASSERT_EQ(Autostart::set(false), std::nullopt);
     writeFormer("Hidden=true\n");
-    EXPECT_FALSE(LoginItem::isEnabled());
-    LoginItem::migrate();
-    EXPECT_FALSE(QFile::exists(LoginItem::autostartPath()));
-    EXPECT_FALSE(QFile::exists(LoginItem::formerAutostartPath()));
+    EXPECT_FALSE(Autostart::isEnabled());
+    Autostart::migrate();
+    EXPECT_FALSE(QFile::exists(Autostart::autostartPath()));
+    EXPECT_FALSE(QFile::exists(Autostart::formerAutostartPath()));
 }
 
-TEST(LoginItem, EntryQuotingAndUnwritableFolder)
+TEST(Autostart, EntryQuotingAndUnwritableFolder)
 {
-    const QString entry = LoginItem::desktopEntry(R"(/opt/my apps/"o$rvel"\100%/orvel)");
+    const QString entry = Autostart::desktopEntry(R"(/opt/my apps/"o$rvel"\100%/orvel)");
     EXPECT_TRUE(entry.split('\n').contains(R"(Exec="/opt/my apps/\\"o\\$rvel\\"\\\\100%%/orvel")")) << entry.toStdString();
 
     // A file where the autostart folder belongs cannot be written through, not even by root.
@@ -90,7 +90,7 @@ TEST(LoginItem, EntryQuotingAndUnwritableFolder)
     QFile blocker(blocked.dir.filePath("autostart"));
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
-    const auto error = LoginItem::set(true);
+    const auto error = Autostart::set(true);
     ASSERT_TRUE(error.has_value());
     EXPECT_TRUE(error->startsWith("Otomatik başlatma")) << error->toStdString();
 }

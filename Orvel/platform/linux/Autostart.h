@@ -7,7 +7,7 @@
 namespace orvel {
 
 // Starting Orvel when the user logs in: an XDG autostart entry on Linux.
-namespace LoginItem {
+namespace Autostart {
 
 // Turns start at login on or off. Returns a Turkish error text when that failed.
 std::optional<QString> set(bool enabled);
@@ -22,6 +22,6 @@ void migrate();
 // The entry's text for an executable, with the path quoted as desktop entries require.
 QString desktopEntry(const QString &executable);
 
-} // namespace LoginItem
+} // namespace Autostart
 
 } // namespace orvel
