@@ -26,18 +26,18 @@ std::optional<std::string> entryAnnouncement(const PrayerStatus &status, Instant
     return std::string(status.current->displayName(ramadanToday)) + " vakti";
 }
 
-std::optional<std::string> title(MenuBarStyle style, const PrayerStatus &status, bool nextIsRamadan,
+std::optional<std::string> title(TrayStyle style, const PrayerStatus &status, bool nextIsRamadan,
                                  const TimeZone &zone)
 {
     const std::string name(status.next.displayName(nextIsRamadan));
     switch (style) {
-    case MenuBarStyle::nameAndRemaining:
+    case TrayStyle::nameAndRemaining:
         return name + " " + OrvelFormat::compact(status.minutesRemaining);
-    case MenuBarStyle::remaining:
+    case TrayStyle::remaining:
         return OrvelFormat::compact(status.minutesRemaining);
-    case MenuBarStyle::nameAndTime:
+    case TrayStyle::nameAndTime:
         return name + " " + OrvelFormat::time(status.nextTime, zone);
-    case MenuBarStyle::iconOnly:
+    case TrayStyle::iconOnly:
         return std::nullopt;
     }
     return std::nullopt;
@@ -54,7 +54,7 @@ std::string accessibilityLabel(const std::optional<PrayerStatus> &status, bool n
     return label;
 }
 
-StatusLine line(MenuBarStyle style, const StatusFacts &facts, const TimeZone &zone)
+StatusLine line(TrayStyle style, const StatusFacts &facts, const TimeZone &zone)
 {
     StatusLine line;
     line.label = accessibilityLabel(facts.status, facts.nextIsRamadan, facts.inKerahat);

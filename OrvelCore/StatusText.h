@@ -3,7 +3,7 @@
 #include "DayTimes.h"
 #include "Instant.h"
 #include "Kerahat.h"
-#include "MenuBarStyle.h"
+#include "TrayStyle.h"
 #include "PrayerSchedule.h"
 
 #include <optional>
@@ -43,7 +43,7 @@ struct StatusFacts {
 // kerahat intervals with their dot. The application and the command line read the same ones, so
 // every face of Orvel says the same thing.
 struct StatusSettings {
-    MenuBarStyle style = MenuBarStyle::nameAndRemaining;
+    TrayStyle style = TrayStyle::nameAndRemaining;
     bool ramadanMode = true;
     bool showKerahat = true;
     int64_t kerahatMinutes = Kerahat::defaultSunMinutes;
@@ -63,7 +63,7 @@ StatusFacts facts(const StatusSettings &settings, Instant now, const std::option
 StatusLine line(const StatusSettings &settings, Instant now, const std::optional<DayTimes> &today,
                 const std::optional<DayTimes> &tomorrow, const TimeZone &zone);
 
-StatusLine line(MenuBarStyle style, const StatusFacts &facts, const TimeZone &zone);
+StatusLine line(TrayStyle style, const StatusFacts &facts, const TimeZone &zone);
 
 // The state as programs outside Orvel read it: "normal", "kerahat", "entry"; and back.
 std::string_view stateName(StatusLine::State state);
@@ -80,7 +80,7 @@ bool nextIsRamadan(bool ramadanMode, const std::optional<PrayerStatus> &status, 
 std::optional<std::string> entryAnnouncement(const PrayerStatus &status, Instant now, bool ramadanToday);
 
 // The text beside the crescent: "Akşam 1:15", "1:15", "Akşam 20:47", or none for iconOnly.
-std::optional<std::string> title(MenuBarStyle style, const PrayerStatus &status, bool nextIsRamadan,
+std::optional<std::string> title(TrayStyle style, const PrayerStatus &status, bool nextIsRamadan,
                                  const TimeZone &zone);
 
 // "Akşam ezanına 1 saat 15 dakika kaldı", followed by ", kerahat vakti" while an interval runs;

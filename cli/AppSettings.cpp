@@ -16,7 +16,7 @@ PlaceOptions placeOptions()
 StatusSettings statusSettings()
 {
     const auto value = [](const auto &setting) { return setting.read().value_or(setting.fallback()); };
-    return {value(Settings::menuBarStyle), value(Settings::ramadanMode), value(Settings::showKerahat),
+    return {value(Settings::trayStyle), value(Settings::ramadanMode), value(Settings::showKerahat),
             value(Settings::kerahatMinutes), value(Settings::kerahatMenuDot)};
 }
 

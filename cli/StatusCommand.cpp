@@ -166,8 +166,8 @@ Moment moment(const Request &request, const DaysAnswer &answer)
     const TimeZone zone = request.location.timeZone();
     // A status bar shows text: the icon-only style still gets its title.
     StatusSettings settings = request.status;
-    if (settings.style == MenuBarStyle::iconOnly)
-        settings.style = MenuBarStyle::nameAndRemaining;
+    if (settings.style == TrayStyle::iconOnly)
+        settings.style = TrayStyle::nameAndRemaining;
     const StatusFacts facts = StatusText::facts(settings, now, moment.today, moment.tomorrow, zone);
     moment.status = *facts.status;
     moment.kerahat = Kerahat::active(now, StatusText::kerahatIntervals(settings, moment.today));

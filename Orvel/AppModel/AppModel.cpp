@@ -426,7 +426,7 @@ std::vector<KerahatInterval> AppModel::kerahatIntervals() const
 
 StatusSettings AppModel::statusSettings() const
 {
-    return {menuBarStyle(), ramadanMode(), showKerahat(), kerahatMinutes(), kerahatMenuDot()};
+    return {trayStyle(), ramadanMode(), showKerahat(), kerahatMinutes(), kerahatMenuDot()};
 }
 
 bool AppModel::isRamadanToday() const
@@ -446,14 +446,14 @@ std::optional<int64_t> AppModel::ramadanDay() const
     return Ramadan::dayNumber(*today_);
 }
 
-StatusLine AppModel::statusLine(MenuBarStyle style) const
+StatusLine AppModel::statusLine(TrayStyle style) const
 {
     StatusSettings settings = statusSettings();
     settings.style = style;
     return StatusText::line(settings, now_, today_, tomorrow_, zone());
 }
 
-StatusImage::Image AppModel::menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio) const
+StatusImage::Image AppModel::trayImage(TrayStyle style, bool forceKerahatDot, qreal devicePixelRatio) const
 {
     const StatusLine line = statusLine(style);
     const std::optional<QString> text = line.text.empty() ? std::nullopt : std::optional(qt(line.text));

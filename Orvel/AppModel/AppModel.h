@@ -8,7 +8,7 @@
 #include "Instant.h"
 #include "Kerahat.h"
 #include "Location.h"
-#include "MenuBarStyle.h"
+#include "TrayStyle.h"
 #include "NotificationScheduler.h"
 #include "PrayerRepository.h"
 #include "PrayerSchedule.h"
@@ -87,7 +87,7 @@ public:
     // The settings by name, as the views read them.
     const Location &location() const { return setting(Settings::location); }
     CalculationMethod method() const { return setting(Settings::method); }
-    MenuBarStyle menuBarStyle() const { return setting(Settings::menuBarStyle); }
+    TrayStyle trayStyle() const { return setting(Settings::trayStyle); }
     const std::set<Prayer::Value> &notifiedPrayers() const { return setting(Settings::notifiedPrayers); }
     int64_t reminderMinutes() const { return setting(Settings::reminderMinutes); }
     bool showKerahat() const { return setting(Settings::showKerahat); }
@@ -127,16 +127,16 @@ public:
     // The settings that shape the status, as the command line reads them too.
     StatusSettings statusSettings() const;
     // What every status item shows now: text, spoken label and state, in the chosen style.
-    StatusLine statusLine() const { return statusLine(menuBarStyle()); }
-    StatusLine statusLine(MenuBarStyle style) const;
+    StatusLine statusLine() const { return statusLine(trayStyle()); }
+    StatusLine statusLine(TrayStyle style) const;
     // The status image of a style (the snapshot draws every style), and the spoken label.
-    StatusImage::Image menuBarImage(MenuBarStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
+    StatusImage::Image trayImage(TrayStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
     QString accessibilityLabel() const;
     // Whether the tray icon carries the time left: never in the "Yalnız simge" style, else the
     // setting when chosen, else only where the panel shows no title beside the icon.
     bool showsIconRemaining(bool panelShowsLabel) const
     {
-        return menuBarStyle() != MenuBarStyle::iconOnly && iconRemaining().value_or(!panelShowsLabel);
+        return trayStyle() != TrayStyle::iconOnly && iconRemaining().value_or(!panelShowsLabel);
     }
 
     // Takes on what another program stored in the settings (orvel-cli choosing a place), as if

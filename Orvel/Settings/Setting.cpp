@@ -67,7 +67,7 @@ QVariant encode(double value) { return value; }
 QVariant encode(const std::optional<bool> &value) { return value ? QVariant(*value) : QVariant(); }
 QVariant encode(const std::optional<QString> &value) { return value.value_or(QString()); }
 QVariant encode(CalculationMethod value) { return qt(value.rawValue()); }
-QVariant encode(MenuBarStyle value) { return qt(value.rawValue()); }
+QVariant encode(TrayStyle value) { return qt(value.rawValue()); }
 QVariant encode(AdhanSound value) { return qt(value.rawValue()); }
 QVariant encode(const Location &value) { return json(value); }
 QVariant encode(const QuietHours &value) { return json(value); }
@@ -85,7 +85,7 @@ std::optional<bool> decode(const QVariant &stored, Tag<bool>) { return SettingsS
 std::optional<int64_t> decode(const QVariant &stored, Tag<int64_t>) { return SettingsStore::integer(stored); }
 std::optional<double> decode(const QVariant &stored, Tag<double>) { return SettingsStore::number(stored); }
 std::optional<CalculationMethod> decode(const QVariant &stored, Tag<CalculationMethod>) { return rawEnum<CalculationMethod>(stored); }
-std::optional<MenuBarStyle> decode(const QVariant &stored, Tag<MenuBarStyle>) { return rawEnum<MenuBarStyle>(stored); }
+std::optional<TrayStyle> decode(const QVariant &stored, Tag<TrayStyle>) { return rawEnum<TrayStyle>(stored); }
 std::optional<AdhanSound> decode(const QVariant &stored, Tag<AdhanSound>) { return rawEnum<AdhanSound>(stored); }
 std::optional<Location> decode(const QVariant &stored, Tag<Location>) { return fromJson<Location>(stored); }
 std::optional<QuietHours> decode(const QVariant &stored, Tag<QuietHours>) { return fromJson<QuietHours>(stored); }

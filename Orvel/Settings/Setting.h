@@ -3,7 +3,7 @@
 #include "AdhanSound.h"
 #include "CalculationMethod.h"
 #include "Location.h"
-#include "MenuBarStyle.h"
+#include "TrayStyle.h"
 #include "Prayer.h"
 #include "QuietHours.h"
 #include "TimesOptions.h"
@@ -51,7 +51,7 @@ QVariant encode(const std::optional<bool> &value); // none: the key goes
 QVariant encode(const std::optional<QString> &value); // none: ""
 QVariant encode(const std::set<Prayer::Value> &value);
 QVariant encode(CalculationMethod value);
-QVariant encode(MenuBarStyle value);
+QVariant encode(TrayStyle value);
 QVariant encode(AdhanSound value);
 QVariant encode(const Location &value);
 QVariant encode(const QuietHours &value);
@@ -66,7 +66,7 @@ std::optional<std::optional<bool>> decode(const QVariant &stored, Tag<std::optio
 std::optional<std::optional<QString>> decode(const QVariant &stored, Tag<std::optional<QString>>);
 std::optional<std::set<Prayer::Value>> decode(const QVariant &stored, Tag<std::set<Prayer::Value>>);
 std::optional<CalculationMethod> decode(const QVariant &stored, Tag<CalculationMethod>);
-std::optional<MenuBarStyle> decode(const QVariant &stored, Tag<MenuBarStyle>);
+std::optional<TrayStyle> decode(const QVariant &stored, Tag<TrayStyle>);
 std::optional<AdhanSound> decode(const QVariant &stored, Tag<AdhanSound>);
 std::optional<Location> decode(const QVariant &stored, Tag<Location>);
 std::optional<QuietHours> decode(const QVariant &stored, Tag<QuietHours>);

@@ -30,7 +30,7 @@ bool isNotNegative(const int64_t &minutes);
 inline const Setting<Location> location{"location", Location::istanbul(), Effect::reload, isUsablePlace};
 inline const Setting<CalculationMethod> method{"method", CalculationMethod::diyanet, Effect::reload};
 // What the tray item shows; earlier versions stored it as "menuBarStyle".
-inline const Setting<MenuBarStyle> menuBarStyle{"trayStyle", MenuBarStyle::nameAndRemaining, Effect::none, nullptr,
+inline const Setting<TrayStyle> trayStyle{"trayStyle", TrayStyle::nameAndRemaining, Effect::none, nullptr,
                                                 {"menuBarStyle"}};
 inline const Setting<std::set<Prayer::Value>> notifiedPrayers{
     "notified", {Prayer::imsak, Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi},

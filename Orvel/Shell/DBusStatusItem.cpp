@@ -28,16 +28,16 @@ constexpr auto watcherInterface = "org.kde.StatusNotifierWatcher";
 constexpr std::array<int, 3> iconSizes{22, 32, 44};
 
 // The widest text of the style, so that panels keep the item's width from minute to minute.
-QString labelGuide(MenuBarStyle style)
+QString labelGuide(TrayStyle style)
 {
     switch (style) {
-    case MenuBarStyle::nameAndRemaining:
+    case TrayStyle::nameAndRemaining:
         return QStringLiteral("İkindi 10:00");
-    case MenuBarStyle::remaining:
+    case TrayStyle::remaining:
         return QStringLiteral("10:00");
-    case MenuBarStyle::nameAndTime:
+    case TrayStyle::nameAndTime:
         return QStringLiteral("İkindi 00:00");
-    case MenuBarStyle::iconOnly:
+    case TrayStyle::iconOnly:
         break;
     }
     return {};
@@ -214,7 +214,7 @@ void DBusStatusItem::update(const AppModel &model)
         ++redrawCount_;
     }
     item_->setToolTipText(QString::fromStdString(line.label));
-    item_->setLabel(QString::fromStdString(line.text), labelGuide(model.menuBarStyle()));
+    item_->setLabel(QString::fromStdString(line.text), labelGuide(model.trayStyle()));
 }
 
 bool DBusStatusItem::offersIconName(const TrayPicture::Face &face, bool panelShowsLabel, bool panelRecolours)

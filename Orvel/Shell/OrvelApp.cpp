@@ -6,7 +6,7 @@
 #include "ImsakiyeView.h"
 #include "LocationService.h"
 #include "Panel.h"
-#include "PopoverView.h"
+#include "PanelView.h"
 #include "SettingsView.h"
 #include "StatusItem.h"
 #include "StatusService.h"
@@ -38,7 +38,7 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
                         });
 
     panel_->setContentFactory([this] {
-        return new PopoverView(*model_, [this] { openImsakiye(); }, [this] { openSettings(); },
+        return new PanelView(*model_, [this] { openImsakiye(); }, [this] { openSettings(); },
                                [] { QCoreApplication::quit(); });
     });
 

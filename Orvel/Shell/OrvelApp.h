@@ -20,7 +20,7 @@ class StatusItem;
 class StatusService;
 
 // The running application: the one model, the status item with its menu, the panel that shows
-// the popover, and the windows opened from it. There is no main window.
+// the panel, and the windows opened from it. There is no main window.
 class OrvelApp : public QObject {
     Q_OBJECT
 

@@ -10,7 +10,7 @@
 #include "LocationService.h"
 #include "OrvelFormat.h"
 #include "PanelColors.h"
-#include "PopoverView.h"
+#include "PanelView.h"
 #include "PrayerRepository.h"
 #include "SettingsForm.h"
 #include "SettingsView.h"
@@ -222,7 +222,7 @@ void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder
     Colors::forceAppearance(appearance);
     const QString name = appearanceName(appearance);
 
-    PopoverView popover(model, [] {}, [] {}, [] {}, nullptr);
+    PanelView popover(model, [] {}, [] {}, [] {}, nullptr);
     write(popover, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("popover-%1.png").arg(name)));
     renderSettings(model, appearance, folder);
 
@@ -270,10 +270,10 @@ std::unique_ptr<QWidget> labels(AppModel &model, Appearance appearance)
     column->setSpacing(8);
     column->setContentsMargins(12, 12, 12, 12);
 
-    for (const MenuBarStyle::Value style : MenuBarStyle::allCases)
-        addRow(*column, fromStd(MenuBarStyle(style).label()), model.menuBarImage(style, false, devicePixelRatio),
+    for (const TrayStyle::Value style : TrayStyle::allCases)
+        addRow(*column, fromStd(TrayStyle(style).label()), model.trayImage(style, false, devicePixelRatio),
                appearance);
-    addRow(*column, QStringLiteral("Kerahat"), model.menuBarImage(MenuBarStyle::nameAndRemaining, true, devicePixelRatio),
+    addRow(*column, QStringLiteral("Kerahat"), model.trayImage(TrayStyle::nameAndRemaining, true, devicePixelRatio),
            appearance);
     addRow(*column, QStringLiteral("Ezan"),
            StatusImage::make(QStringLiteral("moon"), QStringLiteral("Akşam vakti"), StatusImage::Style::adhan, false,

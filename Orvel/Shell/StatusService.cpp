@@ -9,8 +9,8 @@ namespace orvel {
 
 PublishedStatus PublishedStatus::of(const AppModel &model)
 {
-    const MenuBarStyle chosen = model.menuBarStyle();
-    const MenuBarStyle style = chosen == MenuBarStyle::iconOnly ? MenuBarStyle(MenuBarStyle::nameAndRemaining) : chosen;
+    const TrayStyle chosen = model.trayStyle();
+    const TrayStyle style = chosen == TrayStyle::iconOnly ? TrayStyle(TrayStyle::nameAndRemaining) : chosen;
     const StatusLine line = model.statusLine(style);
     PublishedStatus status;
     status.title = QString::fromStdString(line.text);

@@ -15,7 +15,7 @@ namespace orvel::Symbols {
 namespace {
 
 // Every symbol is designed on a grid 24 units high; its width follows from its ink plus a small
-// side bearing. At a point size p the grid is p × 16/13 points high, so the menu bar's 13-point
+// side bearing. At a point size p the grid is p × 16/13 points high, so the tray's 13-point
 // symbols sit in a 16-point box where 1.5 units make one pixel. Straight lines that matter lie
 // on pixel centres there: horizontal ones at y = 0.75 + k × 1.5, vertical ones at x = k × 1.5
 // (the box is shifted sideways to make that so).

@@ -1,6 +1,6 @@
 #include "DayProgressBar.h"
 
-#include "PopoverRules.h"
+#include "PanelRules.h"
 #include "ViewStyle.h"
 
 #include <QLinearGradient>
@@ -76,7 +76,7 @@ void DayProgressBar::paintEvent(QPaintEvent *)
     const qreal barWidth = std::max(0.0, width() - 2 * left);
     const qreal centreY = bleed + barHeight / 2.0;
     const auto x = [&](double fraction) { return left + barWidth * fraction; };
-    const auto at = [&](Instant instant) { return PopoverRules::fraction(instant, content_.today); };
+    const auto at = [&](Instant instant) { return PanelRules::fraction(instant, content_.today); };
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

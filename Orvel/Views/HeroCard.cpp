@@ -3,7 +3,7 @@
 #include "AppModel.h"
 #include "DayProgressBar.h"
 #include "OrvelFormat.h"
-#include "PopoverRules.h"
+#include "PanelRules.h"
 #include "Symbols.h"
 #include "TightLabel.h"
 #include "ViewStyle.h"
@@ -33,7 +33,7 @@ QFont bigFont(qreal points, QFont::Weight weight, bool digits)
     return font;
 }
 
-std::vector<TightLabel::Run> bigTimeRuns(const PopoverRules::BigTime &time, Appearance appearance)
+std::vector<TightLabel::Run> bigTimeRuns(const PanelRules::BigTime &time, Appearance appearance)
 {
     const QFont number = bigFont(bigPoints, QFont::DemiBold, true);
     const QFont unit = bigFont(unitPoints, QFont::Medium, false);
@@ -49,7 +49,7 @@ std::vector<TightLabel::Run> bigTimeRuns(const PopoverRules::BigTime &time, Appe
     return runs;
 }
 
-std::vector<TightLabel::Run> titleRuns(const PopoverRules::CountdownTitle &title, Appearance appearance)
+std::vector<TightLabel::Run> titleRuns(const PanelRules::CountdownTitle &title, Appearance appearance)
 {
     const QColor secondary = ViewStyle::secondary(appearance);
     if (title.emphasis.isEmpty())
@@ -124,9 +124,9 @@ void HeroCard::refresh(const AppModel &model, const PrayerStatus &status, const 
     const bool ramadan = model.nextIsRamadan();
     const std::vector<KerahatInterval> kerahat = model.kerahatIntervals();
 
-    title_->setRuns(titleRuns(PopoverRules::countdownTitle(status.next, ramadan), appearance));
-    bigTime_->setRuns(bigTimeRuns(PopoverRules::bigTime(status.minutesRemaining), appearance));
-    subtitle_->setText(PopoverRules::subtitle(status, ramadan, zone), ViewStyle::font(subtitlePoints),
+    title_->setRuns(titleRuns(PanelRules::countdownTitle(status.next, ramadan), appearance));
+    bigTime_->setRuns(bigTimeRuns(PanelRules::bigTime(status.minutesRemaining), appearance));
+    subtitle_->setText(PanelRules::subtitle(status, ramadan, zone), ViewStyle::font(subtitlePoints),
                        ViewStyle::secondary(appearance));
 
     bar_->setContent({today, status.dayProgress, kerahat, Kerahat::active(model.now(), kerahat).has_value(),

@@ -1,7 +1,7 @@
 #include "KerahatBanner.h"
 
 #include "AppModel.h"
-#include "PopoverRules.h"
+#include "PanelRules.h"
 #include "TightLabel.h"
 #include "ViewStyle.h"
 
@@ -51,9 +51,9 @@ void KerahatBanner::refresh(const AppModel &model, const KerahatInterval &interv
     const QColor kerahat = ViewStyle::kerahat(appearance);
     icon_->setSymbol(QStringLiteral("hourglass"), symbolPoints, kerahat);
     title_->setText(QStringLiteral("Kerahat vakti"), ViewStyle::font(titlePoints, QFont::DemiBold), kerahat);
-    detail_->setText(PopoverRules::bannerDetail(interval, model.zone()), ViewStyle::font(detailPoints),
+    detail_->setText(PanelRules::bannerDetail(interval, model.zone()), ViewStyle::font(detailPoints),
                      ViewStyle::secondary(appearance));
-    minutes_->setText(QStringLiteral("%1 dk").arg(PopoverRules::bannerMinutesLeft(interval, model.now())),
+    minutes_->setText(QStringLiteral("%1 dk").arg(PanelRules::bannerMinutesLeft(interval, model.now())),
                       ViewStyle::digitsFont(minutesPoints, QFont::DemiBold), kerahat);
     const QString label =
         title_->text() + QStringLiteral(", ") + detail_->text() + QStringLiteral(", ") + minutes_->text();

@@ -2,7 +2,7 @@
 
 #include "Colors.h"
 #include "Kerahat.h"
-#include "PopoverRules.h"
+#include "PanelRules.h"
 
 #include <QFont>
 #include <QString>

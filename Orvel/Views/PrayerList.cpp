@@ -3,7 +3,7 @@
 #include "AppModel.h"
 #include "KerahatRow.h"
 #include "OrvelFormat.h"
-#include "PopoverRules.h"
+#include "PanelRules.h"
 #include "PrayerRow.h"
 
 #include <QVBoxLayout>
@@ -23,10 +23,10 @@ std::vector<Entry> entries(const std::vector<KerahatInterval> &intervals)
 {
     std::vector<Entry> all;
     for (const Prayer::Value prayer : Prayer::allCases) {
-        for (const KerahatInterval &interval : PopoverRules::kerahatBefore(prayer, intervals))
+        for (const KerahatInterval &interval : PanelRules::kerahatBefore(prayer, intervals))
             all.push_back({std::nullopt, interval});
         all.push_back({Prayer(prayer), std::nullopt});
-        for (const KerahatInterval &interval : PopoverRules::kerahatAfter(prayer, intervals))
+        for (const KerahatInterval &interval : PanelRules::kerahatAfter(prayer, intervals))
             all.push_back({std::nullopt, interval});
     }
     return all;
@@ -65,18 +65,18 @@ void PrayerList::refresh(const PrayerStatus &status, const DayTimes &today)
             const Prayer prayer = *entry.prayer;
             const QString time = QString::fromStdString(OrvelFormat::time(today[prayer], zone));
             static_cast<PrayerRow *>(rows_[index])
-                ->setContent({prayer, time, PopoverRules::rowState(prayer, status, today, now),
-                              model_.notifiedPrayers().contains(prayer), PopoverRules::prayerTag(prayer, ramadanToday, today.isEstimated(prayer)),
+                ->setContent({prayer, time, PanelRules::rowState(prayer, status, today, now),
+                              model_.notifiedPrayers().contains(prayer), PanelRules::prayerTag(prayer, ramadanToday, today.isEstimated(prayer)),
                               appearance});
             continue;
         }
         const KerahatInterval &interval = *entry.interval;
-        const bool countdown = PopoverRules::showsCountdown(interval, intervals, now);
+        const bool countdown = PanelRules::showsCountdown(interval, intervals, now);
         static_cast<KerahatRow *>(rows_[index])
-            ->setContent({interval, PopoverRules::kerahatRowState(interval, now),
-                          countdown ? std::optional(PopoverRules::kerahatCountdown(interval, now)) : std::nullopt,
-                          PopoverRules::kerahatRange(interval, zone),
-                          PopoverRules::kerahatAccessibleName(interval, zone), appearance});
+            ->setContent({interval, PanelRules::kerahatRowState(interval, now),
+                          countdown ? std::optional(PanelRules::kerahatCountdown(interval, now)) : std::nullopt,
+                          PanelRules::kerahatRange(interval, zone),
+                          PanelRules::kerahatAccessibleName(interval, zone), appearance});
     }
 }
 

@@ -70,10 +70,10 @@ void PrayerRow::setContent(const Content &content)
     bell_->setContent(content.notify ? QStringLiteral("bell") : QStringLiteral("bell.slash"), bellPoints, QString(),
                       QFont(), current ? ViewStyle::accent(appearance) : ViewStyle::tertiary(appearance));
     bell_->setOpacity(content.state == RowState::past ? pastOpacity : 1.0);
-    const QString tip = PopoverRules::bellToolTip(content.prayer, content.notify);
+    const QString tip = PanelRules::bellToolTip(content.prayer, content.notify);
     bell_->setToolTip(tip);
     bell_->setAccessibleName(tip);
-    setAccessibleName(PopoverRules::rowAccessibleName(content.prayer, content.time, content.state));
+    setAccessibleName(PanelRules::rowAccessibleName(content.prayer, content.time, content.state));
     update();
 }
 

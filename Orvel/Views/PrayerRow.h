@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Colors.h"
-#include "PopoverRules.h"
+#include "PanelRules.h"
 #include "Prayer.h"
 
 #include <QString>

@@ -100,12 +100,12 @@ TEST(Kerahat, intervalsAndTheirEdges)
 TEST(StatusText, titleLabelAndRamadanFlags)
 {
     const PrayerStatus beforeAksam = PrayerSchedule::status(lastOfSaban[Prayer::aksam] - 75 * 60, lastOfSaban, firstOfRamadan, istanbul);
-    EXPECT_EQ(StatusText::title(MenuBarStyle::nameAndRemaining, beforeAksam, false, istanbul), "Akşam 1:15");
-    EXPECT_EQ(StatusText::title(MenuBarStyle::nameAndRemaining, beforeAksam, true, istanbul), "İftar 1:15");
-    EXPECT_EQ(StatusText::title(MenuBarStyle::remaining, beforeAksam, true, istanbul), "1:15");
+    EXPECT_EQ(StatusText::title(TrayStyle::nameAndRemaining, beforeAksam, false, istanbul), "Akşam 1:15");
+    EXPECT_EQ(StatusText::title(TrayStyle::nameAndRemaining, beforeAksam, true, istanbul), "İftar 1:15");
+    EXPECT_EQ(StatusText::title(TrayStyle::remaining, beforeAksam, true, istanbul), "1:15");
     // The clock time is the place's, not the machine's.
-    EXPECT_EQ(StatusText::title(MenuBarStyle::nameAndTime, beforeAksam, false, TimeZone::named("Europe/Berlin")), "Akşam 18:47");
-    EXPECT_EQ(StatusText::title(MenuBarStyle::iconOnly, beforeAksam, false, istanbul), std::nullopt);
+    EXPECT_EQ(StatusText::title(TrayStyle::nameAndTime, beforeAksam, false, TimeZone::named("Europe/Berlin")), "Akşam 18:47");
+    EXPECT_EQ(StatusText::title(TrayStyle::iconOnly, beforeAksam, false, istanbul), std::nullopt);
 
     EXPECT_EQ(StatusText::accessibilityLabel(std::nullopt, false, true), "Orvel");
     EXPECT_EQ(StatusText::accessibilityLabel(beforeAksam, false, false), "Akşam ezanına 1 saat 15 dakika kaldı");
@@ -118,15 +118,15 @@ TEST(StatusText, titleLabelAndRamadanFlags)
     using State = StatusLine::State;
     const Instant aksamEntered = lastOfSaban[Prayer::aksam] + 30;
     const PrayerStatus entered = PrayerSchedule::status(aksamEntered, lastOfSaban, firstOfRamadan, istanbul);
-    const auto line = [&](const PrayerStatus &s, Instant now, bool kerahat, bool dot, MenuBarStyle style = MenuBarStyle::nameAndRemaining) {
+    const auto line = [&](const PrayerStatus &s, Instant now, bool kerahat, bool dot, TrayStyle style = TrayStyle::nameAndRemaining) {
         return StatusText::line(style, {s, now, false, false, kerahat, dot}, istanbul);
     };
     EXPECT_EQ(line(entered, aksamEntered, true, true), (StatusLine{"Akşam vakti", "Yatsı ezanına 1 saat 46 dakika kaldı, kerahat vakti", State::entry}));
     const Instant before = lastOfSaban[Prayer::aksam] - 75 * 60;
     EXPECT_EQ(line(beforeAksam, before, true, true).state, State::kerahat);
     EXPECT_EQ(line(beforeAksam, before, true, false), (StatusLine{"Akşam 1:15", "Akşam ezanına 1 saat 15 dakika kaldı, kerahat vakti", State::normal}));
-    EXPECT_EQ(line(beforeAksam, before, false, true, MenuBarStyle::iconOnly), (StatusLine{"", "Akşam ezanına 1 saat 15 dakika kaldı", State::normal}));
-    EXPECT_EQ(StatusText::line(MenuBarStyle::nameAndRemaining, {}, istanbul), (StatusLine{"", "Orvel", State::normal}));
+    EXPECT_EQ(line(beforeAksam, before, false, true, TrayStyle::iconOnly), (StatusLine{"", "Akşam ezanına 1 saat 15 dakika kaldı", State::normal}));
+    EXPECT_EQ(StatusText::line(TrayStyle::nameAndRemaining, {}, istanbul), (StatusLine{"", "Orvel", State::normal}));
     // The states by the names other programs read them by.
     for (const State state : {State::normal, State::kerahat, State::entry})
         EXPECT_EQ(StatusText::stateFromName(StatusText::stateName(state)), state);

@@ -115,7 +115,7 @@ GeneralSettingsView::GeneralSettingsView(AppModel &model, LocationService &locat
         column->addWidget(note);
     }
     column->addWidget(makePlaceSection());
-    column->addWidget(makeMenuBarSection());
+    column->addWidget(makeTraySection());
     column->addWidget(makeRamadanSection());
     column->addWidget(makeLoginSection());
     column->addStretch(1);
@@ -169,15 +169,15 @@ QWidget *GeneralSettingsView::makePlaceSection()
     return section;
 }
 
-QWidget *GeneralSettingsView::makeMenuBarSection()
+QWidget *GeneralSettingsView::makeTraySection()
 {
     auto *section = new Section(QStringLiteral("Sistem tepsisi"));
     QStringList titles;
-    for (const MenuBarStyle::Value style : MenuBarStyle::allCases)
-        titles << ViewStyle::text(MenuBarStyle(style).label());
+    for (const TrayStyle::Value style : TrayStyle::allCases)
+        titles << ViewStyle::text(TrayStyle(style).label());
     style_ = new SegmentedControl(titles, QStringLiteral("Gösterim"));
     connect(style_, &SegmentedControl::chosen, this,
-            [this](int index) { model_.set(Settings::menuBarStyle, MenuBarStyle::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { model_.set(Settings::trayStyle, TrayStyle::allCases.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Gösterim"), style_));
 
     preview_ = new PreviewPlate;
@@ -230,9 +230,9 @@ void GeneralSettingsView::refresh()
                                       CalculationMethod::Value(model_.method()));
         method_->setCurrentIndex(static_cast<int>(method - CalculationMethod::allCases.begin()));
     }
-    const auto style = std::find(MenuBarStyle::allCases.begin(), MenuBarStyle::allCases.end(),
-                                 MenuBarStyle::Value(model_.menuBarStyle()));
-    style_->setCurrent(static_cast<int>(style - MenuBarStyle::allCases.begin()));
+    const auto style = std::find(TrayStyle::allCases.begin(), TrayStyle::allCases.end(),
+                                 TrayStyle::Value(model_.trayStyle()));
+    style_->setCurrent(static_cast<int>(style - TrayStyle::allCases.begin()));
     {
         const QSignalBlocker blocker(ramadan_);
         ramadan_->setChecked(model_.ramadanMode());
@@ -241,7 +241,7 @@ void GeneralSettingsView::refresh()
         const QSignalBlocker blocker(iconRemaining_);
         iconRemaining_->setChecked(model_.showsIconRemaining(panelShowsLabel_));
         // "Yalnız simge" answers what the icon says by itself.
-        iconRemaining_->setEnabled(model_.menuBarStyle() != MenuBarStyle::iconOnly);
+        iconRemaining_->setEnabled(model_.trayStyle() != TrayStyle::iconOnly);
     }
     refreshPreview();
 }
@@ -256,7 +256,7 @@ void GeneralSettingsView::refreshPreview()
 {
     // Drawn for at least a 2x screen, so that renders and HiDPI panels are crisp alike.
     const qreal ratio = std::max<qreal>(devicePixelRatioF(), 2.0);
-    const StatusImage::Image image = model_.menuBarImage(model_.menuBarStyle(), false, ratio);
+    const StatusImage::Image image = model_.trayImage(model_.trayStyle(), false, ratio);
     const StatusImage::Image shown = image.isTemplate ? image.tinted(ViewStyle::primary(Colors::current())) : image;
     preview_->setImage(shown.image);
 }

@@ -75,7 +75,7 @@ protected:
 
 private:
     QWidget *makePlaceSection();
-    QWidget *makeMenuBarSection();
+    QWidget *makeTraySection();
     QWidget *makeRamadanSection();
     QWidget *makeLoginSection();
     void setSearching(bool searching);

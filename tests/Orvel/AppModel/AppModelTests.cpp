@@ -293,7 +293,7 @@ TEST(AppModelSettings, FirstStartGivesEveryDefaultAndWritesNothing)
     EXPECT_EQ(model->location(), Location::istanbul());
     EXPECT_EQ(model->location().name, "İstanbul, Fatih");
     EXPECT_EQ(model->method(), CalculationMethod::diyanet);
-    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::nameAndRemaining);
+    EXPECT_EQ(model->trayStyle(), TrayStyle::nameAndRemaining);
     EXPECT_EQ(model->notifiedPrayers(), (Set{Prayer::imsak, Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi}));
     EXPECT_EQ(model->reminderMinutes(), 0);
     EXPECT_TRUE(model->showKerahat());
@@ -325,7 +325,7 @@ TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
     EXPECT_EQ(model->kerahatMinutes(), 45);
     EXPECT_EQ(model->customSoundName(), std::nullopt);
     EXPECT_EQ(model->method(), CalculationMethod::diyanet);
-    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::remaining);
+    EXPECT_EQ(model->trayStyle(), TrayStyle::remaining);
     EXPECT_EQ(model->reminderMinutes(), 0);
     EXPECT_TRUE(model->showKerahat());
     EXPECT_FALSE(model->kerahatMenuDot());
@@ -356,7 +356,7 @@ TEST(AppModelSettings, ValuesAreCheckedWhenSetAndFormerNamesStillRead)
     Harness harness(morning);
     useStoreFile(harness.folder.filePath("former.conf"), "menuBarStyle=remaining\n");
     auto model = harness.model();
-    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::remaining);
+    EXPECT_EQ(model->trayStyle(), TrayStyle::remaining);
 
     QSignalSpy changes(model.get(), &AppModel::settingChanged);
     model->set(Settings::fridayMinutes, 17);
@@ -368,12 +368,12 @@ TEST(AppModelSettings, ValuesAreCheckedWhenSetAndFormerNamesStillRead)
     EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("fridayReminder")));
 
     model->set(Settings::fridayMinutes, 30);
-    model->set(Settings::menuBarStyle, MenuBarStyle::iconOnly);
+    model->set(Settings::trayStyle, TrayStyle::iconOnly);
     EXPECT_EQ(changes.count(), 2);
     EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("menuBarStyle")));
     harness.reopenStore();
     model = harness.model();
-    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::iconOnly);
+    EXPECT_EQ(model->trayStyle(), TrayStyle::iconOnly);
     EXPECT_EQ(model->fridayMinutes(), 30);
 }
 
@@ -500,7 +500,7 @@ TEST(AppModelSettings, TheCommandLineStatusSaysWhatTheTraySays)
     model->set(Settings::ramadanMode, false);
     model->set(Settings::kerahatMinutes, 40);
     model->set(Settings::kerahatMenuDot, false);
-    model->set(Settings::menuBarStyle, MenuBarStyle::nameAndTime);
+    model->set(Settings::trayStyle, TrayStyle::nameAndTime);
     expectSame();
     EXPECT_EQ(model->statusLine().state, StatusLine::State::normal);
     EXPECT_TRUE(model->statusLine().text.starts_with("Akşam "));
@@ -592,11 +592,11 @@ protected:
         return static_cast<int>(std::count_if(playing.begin(), playing.end(),
                                               [](const QList<QVariant> &arguments) { return arguments.at(0).toBool(); }));
     }
-    StatusImage::Image image(MenuBarStyle style = MenuBarStyle::nameAndRemaining, bool forceDot = false) const
+    StatusImage::Image image(TrayStyle style = TrayStyle::nameAndRemaining, bool forceDot = false) const
     {
-        return model->menuBarImage(style, forceDot);
+        return model->trayImage(style, forceDot);
     }
-    int width(MenuBarStyle style = MenuBarStyle::nameAndRemaining) const { return image(style).image.width(); }
+    int width(TrayStyle style = TrayStyle::nameAndRemaining) const { return image(style).image.width(); }
     // Titles are compared through the width of the image drawn for them.
     static int widthOf(const std::optional<QString> &text, Style style = Style::normal, bool dot = false)
     {
@@ -658,30 +658,30 @@ TEST_F(EntrySound, NeverForGunesNorAPrayerLeftOutNorInQuietHoursNorWithTheSystem
     EXPECT_EQ(starts(), 2);
 }
 
-using MenuBarTitle = LoadedDay;
+using TrayTitle = LoadedDay;
 
-TEST_F(MenuBarTitle, TheEntryMinuteShowsThePillExceptAtGunes)
+TEST_F(TrayTitle, TheEntryMinuteShowsThePillExceptAtGunes)
 {
     const auto unloaded = harness.model();
-    EXPECT_TRUE(unloaded->menuBarImage(MenuBarStyle::nameAndRemaining, false).isTemplate);
-    EXPECT_EQ(unloaded->menuBarImage(MenuBarStyle::nameAndRemaining, false).image.width(), widthOf(std::nullopt));
+    EXPECT_TRUE(unloaded->trayImage(TrayStyle::nameAndRemaining, false).isTemplate);
+    EXPECT_EQ(unloaded->trayImage(TrayStyle::nameAndRemaining, false).image.width(), widthOf(std::nullopt));
     EXPECT_EQ(unloaded->accessibilityLabel(), QStringLiteral("Orvel"));
 
     model->set(Settings::kerahatMenuDot, false);
     set(Prayer::ogle, 10);
-    for (const MenuBarStyle style : MenuBarStyle::allCases) {
+    for (const TrayStyle style : TrayStyle::allCases) {
         EXPECT_FALSE(image(style).isTemplate);
         EXPECT_EQ(width(style), widthOf(QStringLiteral("Öğle vakti"), Style::adhan));
     }
     set(Prayer::ogle, 60);
-    EXPECT_TRUE(image(MenuBarStyle::iconOnly).isTemplate);
+    EXPECT_TRUE(image(TrayStyle::iconOnly).isTemplate);
 
     set(Prayer::gunes, 10);
-    EXPECT_TRUE(image(MenuBarStyle::iconOnly).isTemplate);
-    EXPECT_EQ(width(MenuBarStyle::iconOnly), widthOf(std::nullopt));
+    EXPECT_TRUE(image(TrayStyle::iconOnly).isTemplate);
+    EXPECT_EQ(width(TrayStyle::iconOnly), widthOf(std::nullopt));
 }
 
-TEST_F(MenuBarTitle, KerahatDotFollowsTheSettingButTheLabelAlwaysSaysIt)
+TEST_F(TrayTitle, KerahatDotFollowsTheSettingButTheLabelAlwaysSaysIt)
 {
     set(Prayer::gunes, 10 * 60); // inside the sunrise interval
     const QString title = "Öğle " + QString::fromStdString(OrvelFormat::compact(model->status()->minutesRemaining));
@@ -693,7 +693,7 @@ TEST_F(MenuBarTitle, KerahatDotFollowsTheSettingButTheLabelAlwaysSaysIt)
     EXPECT_TRUE(image().isTemplate);
     EXPECT_EQ(width(), widthOf(title));
     EXPECT_TRUE(model->accessibilityLabel().endsWith(kerahatSuffix));
-    EXPECT_EQ(image(MenuBarStyle::nameAndRemaining, true).image.width(), widthOf(title, Style::normal, true));
+    EXPECT_EQ(image(TrayStyle::nameAndRemaining, true).image.width(), widthOf(title, Style::normal, true));
 
     model->set(Settings::kerahatMenuDot, true);
     model->set(Settings::showKerahat, false);
@@ -706,26 +706,26 @@ TEST_F(MenuBarTitle, KerahatDotFollowsTheSettingButTheLabelAlwaysSaysIt)
     EXPECT_FALSE(model->accessibilityLabel().endsWith(kerahatSuffix));
 }
 
-TEST_F(MenuBarTitle, TimeLeftBeforeAksam)
+TEST_F(TrayTitle, TimeLeftBeforeAksam)
 {
     set(Prayer::aksam, -75 * 60);
     const QString clock = QString::fromStdString(OrvelFormat::time((*model->today())[Prayer::aksam], TimeZone::current()));
     EXPECT_EQ(width(), widthOf(QStringLiteral("Akşam 1:15")));
-    EXPECT_EQ(width(MenuBarStyle::remaining), widthOf(QStringLiteral("1:15")));
-    EXPECT_EQ(width(MenuBarStyle::nameAndTime), widthOf("Akşam " + clock));
-    EXPECT_EQ(width(MenuBarStyle::iconOnly), widthOf(std::nullopt));
+    EXPECT_EQ(width(TrayStyle::remaining), widthOf(QStringLiteral("1:15")));
+    EXPECT_EQ(width(TrayStyle::nameAndTime), widthOf("Akşam " + clock));
+    EXPECT_EQ(width(TrayStyle::iconOnly), widthOf(std::nullopt));
     EXPECT_EQ(model->accessibilityLabel(), QStringLiteral("Akşam ezanına 1 saat 15 dakika kaldı"));
 }
 
-class RamadanMenuBarTitle : public LoadedDay {
+class RamadanTrayTitle : public LoadedDay {
 protected:
-    RamadanMenuBarTitle()
+    RamadanTrayTitle()
         : LoadedDay(at(2026, 3, 10, 4, 0))
     {
     }
 };
 
-TEST_F(RamadanMenuBarTitle, IftarInsteadOfAksamUnlessSwitchedOff)
+TEST_F(RamadanTrayTitle, IftarInsteadOfAksamUnlessSwitchedOff)
 {
     ASSERT_NE(widthOf(QStringLiteral("İftar 1:15")), widthOf(QStringLiteral("Akşam 1:15")));
     set(Prayer::aksam, -75 * 60);

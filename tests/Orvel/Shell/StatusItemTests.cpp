@@ -382,7 +382,7 @@ TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
     EXPECT_TRUE(TrayPicture::face(model, false).remaining.endsWith(QStringLiteral("sa")));
     // "Yalnız simge" is the icon alone, whatever the switch says.
     model.set(Settings::iconRemaining, true);
-    model.set(Settings::menuBarStyle, MenuBarStyle::iconOnly);
+    model.set(Settings::trayStyle, TrayStyle::iconOnly);
     EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
 }
 

@@ -133,7 +133,7 @@ TEST(DBusStatusService, PropertiesFollowTheModelAndEachRealChangeIsToldOnce)
     EXPECT_EQ(script.signalled.back(), (QStringList{"Label", "Title"}));
 
     // The title follows the chosen style; with the icon alone it keeps the words for panels.
-    orvel.model.set(Settings::menuBarStyle, MenuBarStyle::nameAndTime);
+    orvel.model.set(Settings::trayStyle, TrayStyle::nameAndTime);
     settle(2);
     EXPECT_EQ(script.signalled.back(), QStringList{"Title"});
     EXPECT_EQ(script.properties().value("Title").toString(),
@@ -141,9 +141,9 @@ TEST(DBusStatusService, PropertiesFollowTheModelAndEachRealChangeIsToldOnce)
     orvel.offline.moveTo(start + 120);
     settle(3);
     EXPECT_EQ(script.signalled.back(), QStringList{"Label"});
-    orvel.model.set(Settings::menuBarStyle, MenuBarStyle::iconOnly);
+    orvel.model.set(Settings::trayStyle, TrayStyle::iconOnly);
     settle(4);
-    orvel.model.set(Settings::menuBarStyle, MenuBarStyle::nameAndRemaining);
+    orvel.model.set(Settings::trayStyle, TrayStyle::nameAndRemaining);
     QTest::qWait(100);
     EXPECT_EQ(script.signalled.size(), 4) << "the icon-only title is the name and the time left";
 
@@ -230,7 +230,7 @@ TEST(DBusStatusService, TheCommandLineFollowsIt)
     EXPECT_EQ(nextLine(), "İkindi " + remaining(start, day[Prayer::ikindi]));
     orvel.offline.moveTo(start + 60);
     EXPECT_EQ(nextLine(), "İkindi " + remaining(start + 60, day[Prayer::ikindi]));
-    orvel.model.set(Settings::menuBarStyle, MenuBarStyle::remaining);
+    orvel.model.set(Settings::trayStyle, TrayStyle::remaining);
     EXPECT_EQ(nextLine(), remaining(start + 60, day[Prayer::ikindi]));
 
     // Orvel leaves: the command's own clock and place speak, with a name before the time left.

@@ -230,13 +230,13 @@ TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
     emit view.methodPicker()->activated(1);
     EXPECT_EQ(model->method(), CalculationMethod::mwl);
     QTest::mouseClick(view.styleSegments(), Qt::LeftButton, {}, view.styleSegments()->segmentRect(3).center());
-    EXPECT_EQ(model->menuBarStyle(), MenuBarStyle::iconOnly);
+    EXPECT_EQ(model->trayStyle(), TrayStyle::iconOnly);
     view.ramadanSwitch()->click();
     EXPECT_FALSE(model->ramadanMode());
 
     // Changes made elsewhere (the command line, the panel) show at once.
     model->set(Settings::method, CalculationMethod::egypt);
-    model->set(Settings::menuBarStyle, MenuBarStyle::remaining);
+    model->set(Settings::trayStyle, TrayStyle::remaining);
     model->set(Settings::location, berlin);
     EXPECT_EQ(view.methodPicker()->currentText(), "Mısır Genel Araştırma Kurumu");
     EXPECT_EQ(view.styleSegments()->current(), 1);

@@ -1,11 +1,11 @@
-#include "PopoverView.h"
+#include "PanelView.h"
 
 #include "AdhanPlayer.h"
 #include "AppModel.h"
 #include "HeroCard.h"
 #include "KerahatBanner.h"
 #include "PlayingBanner.h"
-#include "PopoverRules.h"
+#include "PanelRules.h"
 #include "PrayerList.h"
 #include "Spinner.h"
 #include "SymbolButton.h"
@@ -46,7 +46,7 @@ QColor separator(Appearance appearance)
 
 } // namespace
 
-PopoverView::PopoverView(AppModel &model, std::function<void()> openImsakiye, std::function<void()> openSettings,
+PanelView::PanelView(AppModel &model, std::function<void()> openImsakiye, std::function<void()> openSettings,
                          std::function<void()> quit, QWidget *parent)
     : QWidget(parent)
     , model_(model)
@@ -104,14 +104,14 @@ PopoverView::PopoverView(AppModel &model, std::function<void()> openImsakiye, st
         if (action)
             action();
     });
-    connect(&model_, &AppModel::changed, this, &PopoverView::refresh);
-    connect(&model_.player(), &AdhanPlayer::isPlayingChanged, this, &PopoverView::refresh);
+    connect(&model_, &AppModel::changed, this, &PanelView::refresh);
+    connect(&model_.player(), &AdhanPlayer::isPlayingChanged, this, &PanelView::refresh);
 
     setAutoFillBackground(true);
     refresh();
 }
 
-QWidget *PopoverView::makeHeader()
+QWidget *PanelView::makeHeader()
 {
     auto *header = new QWidget;
     auto *row = new QHBoxLayout(header);
@@ -153,7 +153,7 @@ QWidget *PopoverView::makeHeader()
     return header;
 }
 
-QWidget *PopoverView::makeFooter()
+QWidget *PanelView::makeFooter()
 {
     auto *footer = new QWidget;
     auto *row = new QHBoxLayout(footer);
@@ -178,7 +178,7 @@ QWidget *PopoverView::makeFooter()
     return footer;
 }
 
-bool PopoverView::event(QEvent *event)
+bool PanelView::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
     // The desktop switched between light and dark.
@@ -188,7 +188,7 @@ bool PopoverView::event(QEvent *event)
     return handled;
 }
 
-void PopoverView::applyAppearance(Appearance appearance)
+void PanelView::applyAppearance(Appearance appearance)
 {
     appearance_ = appearance;
     setPalette(ViewStyle::palette(appearance));
@@ -198,7 +198,7 @@ void PopoverView::applyAppearance(Appearance appearance)
     spinner_->setColor(ViewStyle::secondary(appearance));
 }
 
-void PopoverView::refresh()
+void PanelView::refresh()
 {
     const Appearance appearance = Colors::current();
     if (appearance != appearance_)
@@ -208,7 +208,7 @@ void PopoverView::refresh()
     refreshFooter(appearance);
 }
 
-void PopoverView::refreshHeader(Appearance appearance)
+void PanelView::refreshHeader(Appearance appearance)
 {
     const QColor accent = ViewStyle::accent(appearance);
     const QColor secondary = ViewStyle::secondary(appearance);
@@ -217,7 +217,7 @@ void PopoverView::refreshHeader(Appearance appearance)
                     ViewStyle::primary(appearance));
     date_->setText(model_.dateLine(), ViewStyle::font(datePoints), secondary);
 
-    const std::optional<QString> ramadan = PopoverRules::ramadanLine(model_.ramadanDay(), model_.today());
+    const std::optional<QString> ramadan = PanelRules::ramadanLine(model_.ramadanDay(), model_.today());
     if (ramadan) {
         ramadan_->setSymbol(QStringLiteral("moon.stars.fill"), datePoints, accent);
         ramadan_->setText(*ramadan, ViewStyle::font(datePoints, QFont::Medium), accent);
@@ -235,7 +235,7 @@ void PopoverView::refreshHeader(Appearance appearance)
     playingGap_->setVisible(playing);
 }
 
-void PopoverView::refreshDay()
+void PanelView::refreshDay()
 {
     const std::optional<PrayerStatus> status = model_.status();
     const std::optional<DayTimes> &today = model_.today();
@@ -256,11 +256,11 @@ void PopoverView::refreshDay()
     spinner_->setVisible(!hasDay);
 }
 
-void PopoverView::refreshFooter(Appearance appearance)
+void PanelView::refreshFooter(Appearance appearance)
 {
     const QColor secondary = ViewStyle::secondary(appearance);
     const QFont font = ViewStyle::font(footerPoints);
-    const PopoverRules::SourceItem item = PopoverRules::sourceItem(model_.source(), model_.method());
+    const PanelRules::SourceItem item = PanelRules::sourceItem(model_.source(), model_.method());
     if (item.symbol.isEmpty())
         source_->clearIcon();
     else

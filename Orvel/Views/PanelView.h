@@ -22,7 +22,7 @@ class TightLabel;
 // while a kerahat interval runs, the hero card, the day's list and a footer with the source of
 // the times, Settings and Quit. Until a day is loaded a spinner stands in for the day's views.
 // It reads the model and follows its changes; it keeps nothing of its own.
-class PopoverView : public QWidget {
+class PanelView : public QWidget {
     Q_OBJECT
 
 public:
@@ -30,7 +30,7 @@ public:
     static constexpr int padding = 14;
     static constexpr int spinnerHeight = 320;
 
-    PopoverView(AppModel &model, std::function<void()> openImsakiye, std::function<void()> openSettings,
+    PanelView(AppModel &model, std::function<void()> openImsakiye, std::function<void()> openSettings,
                 std::function<void()> quit, QWidget *parent = nullptr);
 
     // Brings every part up to date with the model; parts whose content is unchanged do not repaint.

@@ -1,4 +1,4 @@
-#include "MenuBarStyle.h"
+#include "TrayStyle.h"
 
 namespace orvel {
 
@@ -18,16 +18,16 @@ constexpr std::array<StyleTexts, 4> styles{{
 
 } // namespace
 
-std::optional<MenuBarStyle> MenuBarStyle::fromRawValue(std::string_view raw)
+std::optional<TrayStyle> TrayStyle::fromRawValue(std::string_view raw)
 {
     for (const Value value : allCases) {
         if (styles[value].raw == raw)
-            return MenuBarStyle(value);
+            return TrayStyle(value);
     }
     return std::nullopt;
 }
 
-std::string_view MenuBarStyle::rawValue() const { return styles[value_].raw; }
-std::string_view MenuBarStyle::label() const { return styles[value_].label; }
+std::string_view TrayStyle::rawValue() const { return styles[value_].raw; }
+std::string_view TrayStyle::label() const { return styles[value_].label; }
 
 } // namespace orvel

@@ -1,4 +1,4 @@
-#include "PopoverRules.h"
+#include "PanelRules.h"
 
 #include "OrvelFormat.h"
 #include "Ramadan.h"
@@ -9,7 +9,7 @@
 #include <cmath>
 #include <initializer_list>
 
-namespace orvel::PopoverRules {
+namespace orvel::PanelRules {
 
 namespace {
 
@@ -214,4 +214,4 @@ QString rowAccessibleName(Prayer prayer, const QString &time, PrayerRowState sta
     return name;
 }
 
-} // namespace orvel::PopoverRules
+} // namespace orvel::PanelRules

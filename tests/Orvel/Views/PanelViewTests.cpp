@@ -4,7 +4,7 @@
 #include "HeroCard.h"
 #include "KerahatBanner.h"
 #include "KerahatRow.h"
-#include "PopoverView.h"
+#include "PanelView.h"
 #include "PrayerCalculator.h"
 #include "PrayerList.h"
 #include "PrayerRepository.h"
@@ -56,10 +56,10 @@ constexpr int loadWaitMs = 10000;
 
 // A model on a settings file and a cache of its own, whose "web service" answers with the
 // calculator's months, or fails on demand.
-class PopoverViewTest : public ::testing::Test {
+class PanelViewTest : public ::testing::Test {
 protected:
-    PopoverViewTest() { SettingsStore::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat)); }
-    ~PopoverViewTest() override
+    PanelViewTest() { SettingsStore::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat)); }
+    ~PanelViewTest() override
     {
         QThreadPool::globalInstance()->waitForDone(loadWaitMs);
         QCoreApplication::sendPostedEvents();
@@ -100,10 +100,10 @@ protected:
 
 } // namespace
 
-TEST_F(PopoverViewTest, SpinnerStandsInUntilTheDayIsLoaded)
+TEST_F(PanelViewTest, SpinnerStandsInUntilTheDayIsLoaded)
 {
     std::unique_ptr<AppModel> model = this->model(12, 30);
-    PopoverView view(*model, {}, {}, {});
+    PanelView view(*model, {}, {}, {});
     view.setAttribute(Qt::WA_DontShowOnScreen);
     view.show();
 
@@ -118,10 +118,10 @@ TEST_F(PopoverViewTest, SpinnerStandsInUntilTheDayIsLoaded)
     EXPECT_TRUE(view.heroCard()->isVisible());
 }
 
-TEST_F(PopoverViewTest, ShowsTheDayAtNoonInRamadan)
+TEST_F(PanelViewTest, ShowsTheDayAtNoonInRamadan)
 {
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
-    PopoverView view(*model, {}, {}, {});
+    PanelView view(*model, {}, {}, {});
 
     EXPECT_TRUE(view.dateLabel()->text().endsWith(QStringLiteral(" · 20 Ramazan 1447"))) << view.dateLabel()->text().toStdString();
     EXPECT_EQ(view.ramadanLabel()->text(), QStringLiteral("Ramazan'ın 20. günü"));
@@ -149,10 +149,10 @@ TEST_F(PopoverViewTest, ShowsTheDayAtNoonInRamadan)
     EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Diyanet hesabı · cihazda"));
 }
 
-TEST_F(PopoverViewTest, KerahatBannerWhileAnIntervalRuns)
+TEST_F(PanelViewTest, KerahatBannerWhileAnIntervalRuns)
 {
     std::unique_ptr<AppModel> model = loadedModel(13, 12);
-    PopoverView view(*model, {}, {}, {});
+    PanelView view(*model, {}, {}, {});
 
     const KerahatBanner &banner = *view.kerahatBanner();
     EXPECT_FALSE(banner.isHidden());
@@ -164,10 +164,10 @@ TEST_F(PopoverViewTest, KerahatBannerWhileAnIntervalRuns)
         EXPECT_EQ(row->countdownText(), QString()) << "the banner counts down instead";
 }
 
-TEST_F(PopoverViewTest, AfterYatsiTheNextTimeIsTomorrow)
+TEST_F(PanelViewTest, AfterYatsiTheNextTimeIsTomorrow)
 {
     std::unique_ptr<AppModel> model = loadedModel(22, 0);
-    PopoverView view(*model, {}, {}, {});
+    PanelView view(*model, {}, {}, {});
 
     const HeroCard &hero = *view.heroCard();
     EXPECT_EQ(hero.countdownTitle()->text(), QStringLiteral("Sahurun bitmesine kalan"));
@@ -177,10 +177,10 @@ TEST_F(PopoverViewTest, AfterYatsiTheNextTimeIsTomorrow)
         EXPECT_NE(row->content().state, PrayerRowState::next) << row->content().prayer.rawValue();
 }
 
-TEST_F(PopoverViewTest, KerahatOffLeavesSixRowsAndNoLegend)
+TEST_F(PanelViewTest, KerahatOffLeavesSixRowsAndNoLegend)
 {
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
-    PopoverView view(*model, {}, {}, {});
+    PanelView view(*model, {}, {}, {});
     ASSERT_FALSE(view.heroCard()->legend()->isHidden());
 
     model->set(Settings::showKerahat, false);
@@ -189,11 +189,11 @@ TEST_F(PopoverViewTest, KerahatOffLeavesSixRowsAndNoLegend)
     EXPECT_TRUE(view.heroCard()->legend()->isHidden());
 }
 
-TEST_F(PopoverViewTest, ButtonsReachTheModelAndTheActions)
+TEST_F(PanelViewTest, ButtonsReachTheModelAndTheActions)
 {
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
     int imsakiye = 0, settings = 0, quit = 0;
-    PopoverView view(*model, [&] { ++imsakiye; }, [&] { ++settings; }, [&] { ++quit; });
+    PanelView view(*model, [&] { ++imsakiye; }, [&] { ++settings; }, [&] { ++quit; });
     view.show();
 
     PrayerRow *imsak = rowOf(*view.prayerList(), Prayer::imsak);
@@ -222,12 +222,12 @@ TEST_F(PopoverViewTest, ButtonsReachTheModelAndTheActions)
     EXPECT_DOUBLE_EQ(view.reloadButton()->opacity(), 1.0);
 }
 
-TEST_F(PopoverViewTest, DiyanetTimesSayWhereTheyCameFrom)
+TEST_F(PanelViewTest, DiyanetTimesSayWhereTheyCameFrom)
 {
     // Diyanet's times are its rule's, computed on the device: no stand-in, and said so.
     failing = true;
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
-    PopoverView view(*model, {}, {}, {});
+    PanelView view(*model, {}, {}, {});
     EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Diyanet hesabı · cihazda"));
     EXPECT_EQ(view.sourceLabel()->symbol(), QString());
     // Beside the buttons the note takes two lines, but all of it is shown.
@@ -248,12 +248,12 @@ TEST_F(PopoverViewTest, DiyanetTimesSayWhereTheyCameFrom)
     }
 }
 
-TEST_F(PopoverViewTest, RendersInTheForcedAppearance)
+TEST_F(PanelViewTest, RendersInTheForcedAppearance)
 {
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
     for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
         Colors::forceAppearance(appearance);
-        PopoverView view(*model, {}, {}, {});
+        PanelView view(*model, {}, {}, {});
         view.setAttribute(Qt::WA_DontShowOnScreen);
         view.show();
         const QImage image = view.grab().toImage();

@@ -7,19 +7,19 @@
 namespace orvel {
 
 // What the status item shows beside the crescent.
-class MenuBarStyle {
+class TrayStyle {
 public:
     enum Value { nameAndRemaining, remaining, nameAndTime, iconOnly };
 
     static constexpr std::array<Value, 4> allCases{nameAndRemaining, remaining, nameAndTime, iconOnly};
 
-    constexpr MenuBarStyle(Value value)
+    constexpr TrayStyle(Value value)
         : value_(value)
     {
     }
     constexpr operator Value() const { return value_; }
 
-    static std::optional<MenuBarStyle> fromRawValue(std::string_view raw);
+    static std::optional<TrayStyle> fromRawValue(std::string_view raw);
     std::string_view rawValue() const;
     std::string_view label() const; // "Vakit + süre", "Süre", "Vakit saati", "Yalnız simge"
 

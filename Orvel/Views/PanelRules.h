@@ -22,7 +22,7 @@ enum class PrayerRowState { past, current, next, upcoming };
 enum class KerahatRowState { past, active, upcoming };
 
 // What the panel shows at a moment, decided from the day, the status and the clock alone.
-namespace PopoverRules {
+namespace PanelRules {
 
 // Only today's own time is current: after midnight yesterday's Yatsı leaves today's row alone,
 // and tomorrow's İmsak as the next time leaves today's İmsak row alone.
@@ -88,6 +88,6 @@ std::optional<QString> prayerTag(Prayer prayer, bool ramadanToday, bool estimate
 QString bellToolTip(Prayer prayer, bool notify);
 QString rowAccessibleName(Prayer prayer, const QString &time, PrayerRowState state);
 
-} // namespace PopoverRules
+} // namespace PanelRules
 
 } // namespace orvel
