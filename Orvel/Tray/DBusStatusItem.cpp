@@ -8,6 +8,7 @@
 #include "TrayHost.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 #include <QDBusConnectionInterface>
 #include <QDBusInterface>
 #include <QDBusServiceWatcher>
@@ -79,7 +80,11 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
     , watcher_(new QDBusServiceWatcher(QString::fromLatin1(watcherService), connection_,
                                        QDBusServiceWatcher::WatchForOwnerChange, this))
 {
-    connect(item_, &StatusNotifierItem::activateRequested, this, &StatusItem::activated);
+    connect(item_, &StatusNotifierItem::activateRequested, this, [this](QPoint point) {
+        // A point inside the panel's own window would open the panel in the screen's corner;
+        // the pointer is on the icon that was just clicked.
+        emit activated(TrayHost::givesLocalPoints(panelProgram_) ? QCursor::pos() : point);
+    });
     // Qt's Wayland backend spends the token on the next window it activates: the panel that the
     // click which brought it opens.
     connect(item_, &StatusNotifierItem::activationTokenProvided, this,
@@ -91,7 +96,7 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
     // A panel that starts (or restarts) after Orvel gets the item again. It may be another kind
     // of panel; the icon follows from the next minute's picture on.
     connect(watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-        panelShowsLabel_ = TrayHost::showsLabel(connection_);
+        readPanel();
         if (shown_)
             registerWithWatcher();
         refreshAvailability();
@@ -102,9 +107,15 @@ DBusStatusItem::DBusStatusItem(QDBusConnection connection, QObject *parent)
                         QString::fromLatin1(watcherInterface), QStringLiteral("StatusNotifierHostRegistered"), this,
                         SLOT(refreshAvailability()));
     available_ = isAvailable();
-    panelShowsLabel_ = TrayHost::showsLabel(connection_);
+    readPanel();
     panelColors_ = PanelColors::current();
     watchPanelColors();
+}
+
+void DBusStatusItem::readPanel()
+{
+    panelProgram_ = TrayHost::watcherProgram(connection_);
+    panelShowsLabel_ = TrayHost::showsLabel(panelProgram_, qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
 }
 
 void DBusStatusItem::watchPanelColors()

@@ -57,6 +57,8 @@ private:
     };
 
     void registerWithWatcher();
+    // Which panel holds the watcher, and whether it draws the title.
+    void readPanel();
     // Plasma rewrites kdeglobals when its colour scheme changes; the icon follows at once.
     void watchPanelColors();
     void followPanelColors();
@@ -70,6 +72,8 @@ private:
     bool shown_ = false;
     bool available_ = false;
     bool panelShowsLabel_ = false;
+    // The program holding the watcher: which panel shows the item.
+    QString panelProgram_;
     std::optional<Picture> picture_;
     std::optional<PanelColors::Palette> panelColors_;
     QFileSystemWatcher *colorsWatcher_ = nullptr;

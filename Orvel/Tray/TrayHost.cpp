@@ -55,4 +55,9 @@ bool showsLabel(const QDBusConnection &connection)
     return showsLabel(watcherProgram(connection), qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
 }
 
+bool givesLocalPoints(const QString &watcherProgram)
+{
+    return watcherProgram.left(15) == QLatin1String("notification-ar"); // notification-area-applet
+}
+
 } // namespace orvel::TrayHost

@@ -19,6 +19,9 @@ QString watcherProgram(const QDBusConnection &connection);
 bool showsLabel(const QString &watcherProgram, const QString &currentDesktop);
 // The same for the panel on this bus and this session's desktop.
 bool showsLabel(const QDBusConnection &connection);
+// Whether the panel passes Activate a point inside its own window rather than on the screen:
+// MATE's notification area, an applet process of its own, does.
+bool givesLocalPoints(const QString &watcherProgram);
 
 } // namespace TrayHost
 

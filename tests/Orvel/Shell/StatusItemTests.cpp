@@ -536,6 +536,10 @@ TEST(TrayHost, TheWatchersProgramDecidesElseTheDesktop)
     EXPECT_TRUE(TrayHost::showsLabel("indicator-appli", ""));
     EXPECT_FALSE(TrayHost::showsLabel("kded5", "KDE"));
     EXPECT_FALSE(TrayHost::showsLabel("xfce4-panel", "XFCE"));
+    // MATE's notification area passes points inside its own window; panels themselves do not.
+    EXPECT_TRUE(TrayHost::givesLocalPoints("notification-ar"));
+    EXPECT_FALSE(TrayHost::givesLocalPoints("mate-panel"));
+    EXPECT_FALSE(TrayHost::givesLocalPoints("xfce4-panel"));
     EXPECT_FALSE(TrayHost::showsLabel("waybar", "GNOME")) << "the program knows better than the desktop's name";
     EXPECT_TRUE(TrayHost::showsLabel("", "ubuntu:GNOME"));
     EXPECT_TRUE(TrayHost::showsLabel("", "gnome"));
