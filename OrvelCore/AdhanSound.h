@@ -1,32 +1,39 @@
 #pragma once
 
-#include <array>
-#include <optional>
-#include <string_view>
+#include "Enumeration.h"
 
 namespace orvel {
 
+namespace detail::adhanSound {
+enum Value { system, chime, custom, none };
+}
+
 // What sounds when a time enters.
-class AdhanSound {
+class AdhanSound : public Enumeration<AdhanSound, detail::adhanSound::Value, 4> {
 public:
-    enum Value { system, chime, custom, none };
+    using Enumeration::Enumeration;
+    using enum detail::adhanSound::Value;
 
-    static constexpr std::array<Value, 4> allCases{system, chime, custom, none};
+    static constexpr std::array<std::string_view, 4> ids{"system", "chime", "custom", "none"};
+    static constexpr std::array<std::string_view, 4> labels{
+        "Bildirim sesi",
+        "Yumuşak zil",
+        "Kendi ses dosyam",
+        "Sessiz",
+    };
 
-    constexpr AdhanSound(Value value)
-        : value_(value)
-    {
-    }
-    constexpr operator Value() const { return value_; }
-
-    static std::optional<AdhanSound> fromRawValue(std::string_view raw);
-    std::string_view rawValue() const;
-    std::string_view label() const; // "Bildirim sesi", "Yumuşak zil", "Kendi ses dosyam", "Sessiz"
-    std::string_view description() const; // what the choice does, one short line
+    std::string_view label() const { return labels[value_]; }
+    // What the choice does, one short line.
+    std::string_view description() const { return descriptions[value_]; }
     bool isPlayedByApp() const { return value_ == chime || value_ == custom; }
 
 private:
-    Value value_;
+    static constexpr std::array<std::string_view, 4> descriptions{
+        "Bildirimle birlikte kısa sistem sesi",
+        "Uygulamanın kendi yumuşak zil sesi",
+        "Seçtiğiniz kayıt baştan sona çalınır",
+        "Bildirimler sessiz gelir",
+    };
 };
 
 } // namespace orvel

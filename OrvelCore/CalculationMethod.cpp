@@ -1,24 +1,21 @@
 #include "CalculationMethod.h"
 
-#include <nlohmann/json.hpp>
-
 namespace orvel {
 
 namespace {
 
 struct MethodInfo {
-    std::string_view raw;
     std::string_view name;
     std::string_view shortName;
     int64_t aladhanID;
 };
 
 constexpr std::array<MethodInfo, 5> methods{{
-    {"diyanet", "Diyanet İşleri Başkanlığı", "Diyanet takvimi", 13},
-    {"mwl", "Müslüman Dünya Birliği", "MWL", 3},
-    {"isna", "Kuzey Amerika (ISNA)", "ISNA", 2},
-    {"egypt", "Mısır Genel Araştırma Kurumu", "Mısır", 5},
-    {"ummAlQura", "Ümmü'l-Kura, Mekke", "Ümmü'l-Kura", 4},
+    {"Diyanet İşleri Başkanlığı", "Diyanet takvimi", 13},
+    {"Müslüman Dünya Birliği", "MWL", 3},
+    {"Kuzey Amerika (ISNA)", "ISNA", 2},
+    {"Mısır Genel Araştırma Kurumu", "Mısır", 5},
+    {"Ümmü'l-Kura, Mekke", "Ümmü'l-Kura", 4},
 }};
 
 } // namespace
@@ -29,16 +26,6 @@ double CalculationParameters::adjustment(Prayer prayer) const
     return found == adjustments.end() ? 0.0 : found->second;
 }
 
-std::optional<CalculationMethod> CalculationMethod::fromRawValue(std::string_view raw)
-{
-    for (const Value value : allCases) {
-        if (methods[value].raw == raw)
-            return CalculationMethod(value);
-    }
-    return std::nullopt;
-}
-
-std::string_view CalculationMethod::rawValue() const { return methods[value_].raw; }
 std::string_view CalculationMethod::name() const { return methods[value_].name; }
 std::string_view CalculationMethod::shortName() const { return methods[value_].shortName; }
 int64_t CalculationMethod::aladhanID() const { return methods[value_].aladhanID; }
@@ -59,19 +46,6 @@ CalculationParameters CalculationMethod::parameters() const
         return {18.5, std::nullopt, 90.0, {}};
     }
     return {};
-}
-
-void to_json(nlohmann::json &json, const CalculationMethod &method)
-{
-    json = method.rawValue();
-}
-
-void from_json(const nlohmann::json &json, CalculationMethod &method)
-{
-    const auto parsed = CalculationMethod::fromRawValue(json.get<std::string>());
-    if (!parsed)
-        throw nlohmann::json::other_error::create(501, "unknown method: " + json.get<std::string>(), &json);
-    method = *parsed;
 }
 
 } // namespace orvel

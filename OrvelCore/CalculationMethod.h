@@ -2,12 +2,9 @@
 
 #include "Prayer.h"
 
-#include <array>
 #include <cstdint>
 #include <map>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
-#include <string_view>
 
 namespace orvel {
 
@@ -23,33 +20,22 @@ struct CalculationParameters {
     bool operator==(const CalculationParameters &) const = default;
 };
 
+namespace detail::calculationMethod {
+enum Value { diyanet, mwl, isna, egypt, ummAlQura };
+}
+
 // The convention by which the six times are computed.
-class CalculationMethod {
+class CalculationMethod : public Enumeration<CalculationMethod, detail::calculationMethod::Value, 5> {
 public:
-    enum Value { diyanet, mwl, isna, egypt, ummAlQura };
+    using Enumeration::Enumeration;
+    using enum detail::calculationMethod::Value;
 
-    static constexpr std::array<Value, 5> allCases{diyanet, mwl, isna, egypt, ummAlQura};
-
-    constexpr CalculationMethod(Value value)
-        : value_(value)
-    {
-    }
-    constexpr operator Value() const { return value_; }
-
-    static std::optional<CalculationMethod> fromRawValue(std::string_view raw);
-    std::string_view rawValue() const;
-    std::string_view id() const { return rawValue(); }
+    static constexpr std::array<std::string_view, 5> ids{"diyanet", "mwl", "isna", "egypt", "ummAlQura"};
     std::string_view name() const;
     std::string_view shortName() const;
     // The method number of the web service.
     int64_t aladhanID() const;
     CalculationParameters parameters() const;
-
-private:
-    Value value_;
 };
-
-void to_json(nlohmann::json &json, const CalculationMethod &method);
-void from_json(const nlohmann::json &json, CalculationMethod &method);
 
 } // namespace orvel

@@ -22,7 +22,7 @@ void to_json(nlohmann::json &json, const DayTimes &day)
     if (day.hijri)
         json["hijri"] = *day.hijri;
     auto estimated = nlohmann::json::array();
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         if (day.estimated[prayer])
             estimated.push_back(Prayer(prayer));
     }
@@ -56,7 +56,7 @@ void from_json(const nlohmann::json &json, DayTimes &day)
     day.estimated = {};
     if (const auto estimated = json.find("estimated"); estimated != json.end()) {
         for (const auto &raw : *estimated) {
-            const auto prayer = Prayer::fromRawValue(raw.get<std::string>());
+            const auto prayer = Prayer::fromId(raw.get<std::string>());
             if (!prayer)
                 throw nlohmann::json::other_error::create(501, "unknown prayer", &json);
             day.estimated[*prayer] = true;

@@ -11,7 +11,7 @@
 
 namespace orvel {
 
-// One day's six instants, in Prayer::allCases order.
+// One day's six instants, in Prayer::all order.
 struct DayTimes {
     DayKey day;
     std::array<Instant, 6> times{};

@@ -100,7 +100,7 @@ Resolved resolve(double latitude, const std::function<Hours(double)> &hoursAt, A
         result.estimated[Prayer::yatsi] = result.estimated[Prayer::aksam];
     }
 
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         result.hours[prayer] = hours[prayer].value_or(0) + angles.adjustments[prayer] / 60;
     // The night's end must precede the sunrise it belongs to, and each time the one before it.
     const double adjustedSunrise = result.hours[Prayer::gunes];
@@ -122,7 +122,7 @@ DayTimes dayTimes(const DayKey &day, const Resolved &resolved, int offsetSeconds
     const Instant utcMidnight = day.start(TimeZone::utc());
     DayTimes result{day, {}, std::nullopt, resolved.estimated};
     const std::array<double, 6> minutes = spacedMinutes(resolved.hours, result.estimated);
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         result.times[prayer] = utcMidnight + minutes[prayer] * 60 - offsetSeconds;
     return result;
 }

@@ -1,31 +1,29 @@
 #pragma once
 
-#include <array>
-#include <optional>
-#include <string_view>
+#include "Enumeration.h"
 
 namespace orvel {
 
+namespace detail::highLatitudeRule {
+enum Value { angleBased, seventhOfNight, middleOfNight, nearestLatitude };
+}
+
 // How İmsak and Yatsı are set where the sun does not sink far enough below the horizon, and how
 // the day's times are found where it does not rise or set at all.
-class HighLatitudeRule {
+class HighLatitudeRule : public Enumeration<HighLatitudeRule, detail::highLatitudeRule::Value, 4> {
 public:
-    enum Value { angleBased, seventhOfNight, middleOfNight, nearestLatitude };
+    using Enumeration::Enumeration;
+    using enum detail::highLatitudeRule::Value;
 
-    static constexpr std::array<Value, 4> allCases{angleBased, seventhOfNight, middleOfNight, nearestLatitude};
+    static constexpr std::array<std::string_view, 4> ids{"angleBased", "seventhOfNight", "middleOfNight", "nearestLatitude"};
+    static constexpr std::array<std::string_view, 4> labels{
+        "Açıya göre (gecenin payı)",
+        "Gecenin yedide biri",
+        "Gecenin ortası",
+        "En yakın enlem",
+    };
 
-    constexpr HighLatitudeRule(Value value)
-        : value_(value)
-    {
-    }
-    constexpr operator Value() const { return value_; }
-
-    static std::optional<HighLatitudeRule> fromRawValue(std::string_view raw);
-    std::string_view rawValue() const;
-    std::string_view label() const; // "Açıya göre (gecenin payı)", …
-
-private:
-    Value value_;
+    std::string_view label() const { return labels[value_]; }
 };
 
 } // namespace orvel

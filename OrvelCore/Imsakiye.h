@@ -54,7 +54,7 @@ struct Row {
     std::string hijri; // "7 Ramazan", or "7. gün" in Ramadan mode
     HijriDate hijriDate;
     std::optional<std::string> note;
-    std::array<std::string, 6> times; // "05:12", "05:12*" when estimated, in Prayer::allCases order
+    std::array<std::string, 6> times; // "05:12", "05:12*" when estimated, in Prayer::all order
     bool isToday = false;
     bool isPast = false;
 

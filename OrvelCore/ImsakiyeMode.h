@@ -1,31 +1,27 @@
 #pragma once
 
-#include <array>
-#include <optional>
-#include <string_view>
+#include "Enumeration.h"
 
 namespace orvel {
 
+namespace detail::imsakiyeMode {
+enum Value { week, month, ramadan };
+}
+
 // What one page of the timetable holds: a week from Monday, a Gregorian month, or a Ramadan.
-class ImsakiyeMode {
+class ImsakiyeMode : public Enumeration<ImsakiyeMode, detail::imsakiyeMode::Value, 3> {
 public:
-    enum Value { week, month, ramadan };
+    using Enumeration::Enumeration;
+    using enum detail::imsakiyeMode::Value;
 
-    static constexpr std::array<Value, 3> allCases{week, month, ramadan};
+    static constexpr std::array<std::string_view, 3> ids{"week", "month", "ramadan"};
+    static constexpr std::array<std::string_view, 3> labels{
+        "Hafta",
+        "Ay",
+        "Ramazan",
+    };
 
-    constexpr ImsakiyeMode(Value value)
-        : value_(value)
-    {
-    }
-    constexpr operator Value() const { return value_; }
-
-    static std::optional<ImsakiyeMode> fromRawValue(std::string_view raw);
-    std::string_view rawValue() const; // "week", "month", "ramadan"
-    std::string_view id() const { return rawValue(); }
-    std::string_view label() const;    // "Hafta", "Ay", "Ramazan"
-
-private:
-    Value value_;
+    std::string_view label() const { return labels[value_]; }
 };
 
 } // namespace orvel

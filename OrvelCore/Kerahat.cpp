@@ -2,51 +2,25 @@
 
 #include <algorithm>
 
-#include <nlohmann/json.hpp>
-
 namespace orvel {
 
 namespace {
 
 struct KindTexts {
-    std::string_view raw;
     std::string_view title;
     std::string_view explanation;
 };
 
 constexpr std::array<KindTexts, 3> texts{{
-    {"sunrise", "Kerahat", "Güneş doğuşu sonrası"},
-    {"istiva", "Kerahat (istiva)", "Güneş tepedeyken"},
-    {"sunset", "Kerahat", "Güneş batmadan önce"},
+    {"Kerahat", "Güneş doğuşu sonrası"},
+    {"Kerahat (istiva)", "Güneş tepedeyken"},
+    {"Kerahat", "Güneş batmadan önce"},
 }};
 
 } // namespace
 
-std::optional<KerahatKind> KerahatKind::fromRawValue(std::string_view raw)
-{
-    for (const Value value : allCases) {
-        if (texts[value].raw == raw)
-            return KerahatKind(value);
-    }
-    return std::nullopt;
-}
-
-std::string_view KerahatKind::rawValue() const { return texts[value_].raw; }
 std::string_view KerahatKind::title() const { return texts[value_].title; }
 std::string_view KerahatKind::explanation() const { return texts[value_].explanation; }
-
-void to_json(nlohmann::json &json, const KerahatKind &kind)
-{
-    json = kind.rawValue();
-}
-
-void from_json(const nlohmann::json &json, KerahatKind &kind)
-{
-    const auto parsed = KerahatKind::fromRawValue(json.get<std::string>());
-    if (!parsed)
-        throw nlohmann::json::other_error::create(501, "unknown kerahat kind: " + json.get<std::string>(), &json);
-    kind = *parsed;
-}
 
 namespace Kerahat {
 

@@ -1,41 +1,29 @@
 #pragma once
 
 #include "DayTimes.h"
+#include "Enumeration.h"
 #include "Instant.h"
 
-#include <array>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace orvel {
 
+namespace detail::kerahatKind {
+enum Value { sunrise, istiva, sunset };
+}
+
 // The three daily periods in which ritual prayer is disliked.
-class KerahatKind {
+class KerahatKind : public Enumeration<KerahatKind, detail::kerahatKind::Value, 3> {
 public:
-    enum Value { sunrise, istiva, sunset };
+    using Enumeration::Enumeration;
+    using enum detail::kerahatKind::Value;
 
-    static constexpr std::array<Value, 3> allCases{sunrise, istiva, sunset};
+    static constexpr std::array<std::string_view, 3> ids{"sunrise", "istiva", "sunset"};
 
-    constexpr KerahatKind(Value value)
-        : value_(value)
-    {
-    }
-    constexpr operator Value() const { return value_; }
-
-    static std::optional<KerahatKind> fromRawValue(std::string_view raw);
-    std::string_view rawValue() const;
-    std::string_view id() const { return rawValue(); }
     std::string_view title() const;       // "Kerahat", "Kerahat (istiva)"
     std::string_view explanation() const; // "Güneş doğuşu sonrası", …
-
-private:
-    Value value_;
 };
-
-void to_json(nlohmann::json &json, const KerahatKind &kind);
-void from_json(const nlohmann::json &json, KerahatKind &kind);
 
 struct KerahatInterval {
     KerahatKind kind = KerahatKind::sunrise;

@@ -140,7 +140,7 @@ DayTimes times(const DayKey &day, const Location &location, CalculationMethod me
     };
 
     HighLatitude::Angles angles{parameters.fajrAngle, std::nullopt, parameters.ishaInterval, true, {}};
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         angles.adjustments[prayer] = parameters.adjustment(prayer);
     if (!parameters.ishaInterval)
         angles.isha = parameters.ishaAngle ? *parameters.ishaAngle : defaultIshaPortion * 60;

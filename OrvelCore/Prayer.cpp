@@ -1,13 +1,10 @@
 #include "Prayer.h"
 
-#include <nlohmann/json.hpp>
-
 namespace orvel {
 
 namespace {
 
 struct PrayerTexts {
-    std::string_view raw;
     std::string_view name;
     std::string_view symbol;
     std::string_view detail; // empty: none
@@ -18,12 +15,12 @@ struct PrayerTexts {
 };
 
 constexpr std::array<PrayerTexts, 6> texts{{
-    {"imsak", "İmsak", "moon.stars", "", "İmsak vaktine", "Sahur", "Sahurun bitmesine", "sahur sonu"},
-    {"gunes", "Güneş", "sunrise", "Güneş doğuşu", "Güneş doğuşuna", "Güneş", "Güneş doğuşuna", ""},
-    {"ogle", "Öğle", "sun.max", "", "Öğle ezanına", "Öğle", "Öğle ezanına", ""},
-    {"ikindi", "İkindi", "sun.haze", "", "İkindi ezanına", "İkindi", "İkindi ezanına", ""},
-    {"aksam", "Akşam", "sunset", "Güneş batışı", "Akşam ezanına", "İftar", "İftara", "iftar"},
-    {"yatsi", "Yatsı", "moon", "", "Yatsı ezanına", "Yatsı", "Yatsı ezanına", ""},
+    {"İmsak", "moon.stars", "", "İmsak vaktine", "Sahur", "Sahurun bitmesine", "sahur sonu"},
+    {"Güneş", "sunrise", "Güneş doğuşu", "Güneş doğuşuna", "Güneş", "Güneş doğuşuna", ""},
+    {"Öğle", "sun.max", "", "Öğle ezanına", "Öğle", "Öğle ezanına", ""},
+    {"İkindi", "sun.haze", "", "İkindi ezanına", "İkindi", "İkindi ezanına", ""},
+    {"Akşam", "sunset", "Güneş batışı", "Akşam ezanına", "İftar", "İftara", "iftar"},
+    {"Yatsı", "moon", "", "Yatsı ezanına", "Yatsı", "Yatsı ezanına", ""},
 }};
 
 std::optional<std::string_view> nonEmpty(std::string_view text)
@@ -33,16 +30,6 @@ std::optional<std::string_view> nonEmpty(std::string_view text)
 
 } // namespace
 
-std::optional<Prayer> Prayer::fromRawValue(std::string_view raw)
-{
-    for (const Value value : allCases) {
-        if (texts[value].raw == raw)
-            return Prayer(value);
-    }
-    return std::nullopt;
-}
-
-std::string_view Prayer::rawValue() const { return texts[value_].raw; }
 std::string_view Prayer::name() const { return texts[value_].name; }
 std::string_view Prayer::symbol() const { return texts[value_].symbol; }
 std::optional<std::string_view> Prayer::detail() const { return nonEmpty(texts[value_].detail); }
@@ -63,19 +50,6 @@ std::string_view Prayer::displayName(bool ramadan) const
 std::string_view Prayer::countdownPhrase(bool ramadan) const
 {
     return ramadan ? texts[value_].ramadanCountdown : texts[value_].countdown;
-}
-
-void to_json(nlohmann::json &json, const Prayer &prayer)
-{
-    json = prayer.rawValue();
-}
-
-void from_json(const nlohmann::json &json, Prayer &prayer)
-{
-    const auto parsed = Prayer::fromRawValue(json.get<std::string>());
-    if (!parsed)
-        throw nlohmann::json::other_error::create(501, "unknown prayer: " + json.get<std::string>(), &json);
-    prayer = *parsed;
 }
 
 } // namespace orvel

@@ -1,30 +1,20 @@
 #pragma once
 
-#include <array>
-#include <nlohmann/json_fwd.hpp>
-#include <optional>
-#include <string_view>
+#include "Enumeration.h"
 
 namespace orvel {
 
-// One of the six daily times, in day order. Converts to and from its enumerator so that it
-// works in switches and as `Prayer::ogle`.
-class Prayer {
+namespace detail::prayer {
+enum Value { imsak, gunes, ogle, ikindi, aksam, yatsi };
+}
+
+// One of the six daily times, in day order.
+class Prayer : public Enumeration<Prayer, detail::prayer::Value, 6> {
 public:
-    enum Value { imsak, gunes, ogle, ikindi, aksam, yatsi };
+    using Enumeration::Enumeration;
+    using enum detail::prayer::Value;
 
-    static constexpr std::array<Value, 6> allCases{imsak, gunes, ogle, ikindi, aksam, yatsi};
-
-    constexpr Prayer(Value value)
-        : value_(value)
-    {
-    }
-    constexpr operator Value() const { return value_; }
-
-    static std::optional<Prayer> fromRawValue(std::string_view raw);
-    std::string_view rawValue() const;
-    std::string_view id() const { return rawValue(); }
-    constexpr int index() const { return static_cast<int>(value_); }
+    static constexpr std::array<std::string_view, 6> ids{"imsak", "gunes", "ogle", "ikindi", "aksam", "yatsi"};
 
     std::string_view name() const;
     std::string_view symbol() const;
@@ -36,12 +26,6 @@ public:
     std::string_view displayName(bool ramadan) const;
     std::string_view countdownPhrase(bool ramadan) const;
     std::optional<std::string_view> ramadanTag() const;
-
-private:
-    Value value_;
 };
-
-void to_json(nlohmann::json &json, const Prayer &prayer);
-void from_json(const nlohmann::json &json, Prayer &prayer);
 
 } // namespace orvel

@@ -63,7 +63,7 @@ std::string PrayerRepository::cacheFileName(MonthKey month, const Location &loca
 {
     std::string zone = location.timeZoneID;
     std::replace(zone.begin(), zone.end(), '/', '-');
-    std::string name(method.rawValue());
+    std::string name(method.id());
     name += '_';
     name += location.cacheKey();
     name += '_';

@@ -21,7 +21,7 @@ namespace {
 // The latest prayer in day order whose instant has come; a time equal to now has entered.
 std::optional<Prayer> currentPrayer(Instant now, const DayTimes &today)
 {
-    for (auto it = Prayer::allCases.rbegin(); it != Prayer::allCases.rend(); ++it) {
+    for (auto it = Prayer::all.rbegin(); it != Prayer::all.rend(); ++it) {
         if (today[*it] <= now)
             return Prayer(*it);
     }

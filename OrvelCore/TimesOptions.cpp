@@ -39,7 +39,7 @@ DayTimes TimesOptions::applied(DayTimes day, CalculationMethod method) const
 
 void to_json(nlohmann::json &json, const TimesOptions &options)
 {
-    json = {{"highLatitude", options.highLatitude.rawValue()},
+    json = {{"highLatitude", options.highLatitude.id()},
             {"adjustments", options.minuteAdjustments},
             {"hijriCorrection", options.hijriCorrection},
             {"diyanetFromService", options.diyanetFromService}};
@@ -48,7 +48,7 @@ void to_json(nlohmann::json &json, const TimesOptions &options)
 void from_json(const nlohmann::json &json, TimesOptions &options)
 {
     TimesOptions read;
-    const auto rule = HighLatitudeRule::fromRawValue(json.at("highLatitude").get<std::string>());
+    const auto rule = HighLatitudeRule::fromId(json.at("highLatitude").get<std::string>());
     if (!rule)
         throw nlohmann::json::other_error::create(501, "unknown high-latitude rule", &json);
     read.highLatitude = *rule;

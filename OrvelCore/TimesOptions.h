@@ -20,7 +20,7 @@ struct TimesOptions {
     static constexpr int64_t maximumHijriCorrection = 2;  // days either way
 
     HighLatitudeRule highLatitude = HighLatitudeRule::angleBased;
-    std::array<int64_t, 6> minuteAdjustments{};           // in Prayer::allCases order
+    std::array<int64_t, 6> minuteAdjustments{};           // in Prayer::all order
     int64_t hijriCorrection = 0;
     bool diyanetFromService = false;
 

@@ -1,35 +1,28 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
+#include "Enumeration.h"
 
 namespace orvel {
 
+namespace detail::timesSource {
+enum Value { online, offline, rule };
+}
+
 // Where the times on screen came from: the web service, the calculator standing in for it, or
 // Diyanet's own rule, which is the source of Diyanet's times and no stand-in.
-enum class TimesSource { online, offline, rule };
+class TimesSource : public Enumeration<TimesSource, detail::timesSource::Value, 3> {
+public:
+    using Enumeration::Enumeration;
+    using enum detail::timesSource::Value;
 
-namespace detail {
-struct TimesSourceInfo {
-    std::string_view raw;
-    std::string_view label;
+    static constexpr std::array<std::string_view, 3> ids{"online", "offline", "rule"};
+    static constexpr std::array<std::string_view, 3> labels{
+        "çevrimiçi",
+        "çevrimdışı · cihazda hesaplandı",
+        "Diyanet hesabı · cihazda",
+    };
+
+    std::string_view label() const { return labels[value_]; }
 };
-constexpr TimesSourceInfo timesSources[]{
-    {"online", "çevrimiçi"},
-    {"offline", "çevrimdışı · cihazda hesaplandı"},
-    {"rule", "Diyanet hesabı · cihazda"},
-};
-} // namespace detail
-
-constexpr std::string_view rawValue(TimesSource source)
-{
-    return detail::timesSources[static_cast<size_t>(source)].raw;
-}
-
-// "çevrimiçi", "çevrimdışı · cihazda hesaplandı", "Diyanet hesabı · cihazda"
-constexpr std::string_view label(TimesSource source)
-{
-    return detail::timesSources[static_cast<size_t>(source)].label;
-}
 
 } // namespace orvel

@@ -1,30 +1,28 @@
 #pragma once
 
-#include <array>
-#include <optional>
-#include <string_view>
+#include "Enumeration.h"
 
 namespace orvel {
 
+namespace detail::trayStyle {
+enum Value { nameAndRemaining, remaining, nameAndTime, iconOnly };
+}
+
 // What the status item shows beside the crescent.
-class TrayStyle {
+class TrayStyle : public Enumeration<TrayStyle, detail::trayStyle::Value, 4> {
 public:
-    enum Value { nameAndRemaining, remaining, nameAndTime, iconOnly };
+    using Enumeration::Enumeration;
+    using enum detail::trayStyle::Value;
 
-    static constexpr std::array<Value, 4> allCases{nameAndRemaining, remaining, nameAndTime, iconOnly};
+    static constexpr std::array<std::string_view, 4> ids{"nameAndRemaining", "remaining", "nameAndTime", "iconOnly"};
+    static constexpr std::array<std::string_view, 4> labels{
+        "Vakit + süre",
+        "Süre",
+        "Vakit saati",
+        "Yalnız simge",
+    };
 
-    constexpr TrayStyle(Value value)
-        : value_(value)
-    {
-    }
-    constexpr operator Value() const { return value_; }
-
-    static std::optional<TrayStyle> fromRawValue(std::string_view raw);
-    std::string_view rawValue() const;
-    std::string_view label() const; // "Vakit + süre", "Süre", "Vakit saati", "Yalnız simge"
-
-private:
-    Value value_;
+    std::string_view label() const { return labels[value_]; }
 };
 
 } // namespace orvel

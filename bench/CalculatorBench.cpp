@@ -52,7 +52,7 @@ void calculatorYear(benchmark::State &state)
     int64_t computed = 0;
     for (auto _ : state) {
         for (size_t i = 0; i < places().size(); ++i) {
-            for (const CalculationMethod::Value method : CalculationMethod::allCases) {
+            for (const CalculationMethod::Value method : CalculationMethod::all) {
                 for (const DayKey &day : days) {
                     benchmark::DoNotOptimize(PrayerCalculator::times(day, places()[i], method, zones[i]));
                     ++computed;

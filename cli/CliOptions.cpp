@@ -61,10 +61,10 @@ std::optional<int64_t> parseDigits(std::string_view digits)
 std::string methodList()
 {
     std::string list;
-    for (std::size_t i = 0; i < CalculationMethod::allCases.size(); ++i) {
+    for (std::size_t i = 0; i < CalculationMethod::all.size(); ++i) {
         if (i > 0)
-            list += i + 1 == CalculationMethod::allCases.size() ? " veya " : ", ";
-        list += text(CalculationMethod(CalculationMethod::allCases[i]).rawValue());
+            list += i + 1 == CalculationMethod::all.size() ? " veya " : ", ";
+        list += text(CalculationMethod(CalculationMethod::all[i]).id());
     }
     return list;
 }
@@ -239,8 +239,8 @@ std::filesystem::path directory(std::string_view input)
 CalculationMethod method(std::string_view input)
 {
     // Typed by hand: "ISNA" and "Diyanet" mean isna and diyanet.
-    for (const CalculationMethod::Value value : CalculationMethod::allCases) {
-        const std::string_view raw = CalculationMethod(value).rawValue();
+    for (const CalculationMethod::Value value : CalculationMethod::all) {
+        const std::string_view raw = CalculationMethod(value).id();
         const auto sameLetter = [](char a, char b) {
             return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
         };

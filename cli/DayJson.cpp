@@ -16,8 +16,8 @@ nlohmann::ordered_json dayJson(const DayTimes &day, const TimeZone &zone)
     auto unix = nlohmann::ordered_json::array();
     auto clock = nlohmann::ordered_json::array();
     auto estimated = nlohmann::ordered_json::array();
-    for (const Prayer::Value prayer : Prayer::allCases) {
-        const std::string name(Prayer(prayer).rawValue());
+    for (const Prayer::Value prayer : Prayer::all) {
+        const std::string name(Prayer(prayer).id());
         const Instant instant = day[prayer];
         times.push_back(Calendars::iso8601(instant, zone));
         unix.push_back(static_cast<int64_t>(std::llround(instant.unixSeconds())));

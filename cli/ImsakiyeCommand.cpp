@@ -31,7 +31,7 @@ struct Choices {
 // The English names and the Turkish words alike.
 ImsakiyeMode mode(std::string_view value)
 {
-    if (const auto mode = ImsakiyeMode::fromRawValue(value))
+    if (const auto mode = ImsakiyeMode::fromId(value))
         return *mode;
     if (value == "hafta")
         return ImsakiyeMode::week;
@@ -70,7 +70,7 @@ std::string notices(const std::vector<DayTimes> &days)
 
 std::string sourceLine(TimesSource source)
 {
-    return "Kaynak: " + std::string(label(source));
+    return "Kaynak: " + std::string(source.label());
 }
 
 std::vector<std::vector<std::string>> table(const ImsakiyePage &page, const std::vector<Imsakiye::Row> &rows)
@@ -78,7 +78,7 @@ std::vector<std::vector<std::string>> table(const ImsakiyePage &page, const std:
     std::vector<std::string> heading{"", "Tarih", std::string(Imsakiye::hijriHeading(page.mode))};
     std::vector<std::string> second{"", "", ""};
     bool hasSecond = false;
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         heading.emplace_back(Prayer(prayer).name());
         const auto below = Imsakiye::secondHeading(page.mode, prayer);
         second.emplace_back(below.value_or(""));
@@ -150,15 +150,15 @@ std::string json(const Request &request, const Page &page)
         days.push_back(std::move(day));
     }
     OrderedJson document{
-        {"mode", page.page.mode.rawValue()},
+        {"mode", page.page.mode.id()},
         {"offset", page.page.offset},
         {"title", Imsakiye::title(page.page, page.days, zone)},
     };
     if (page.page.mode == ImsakiyeMode::ramadan)
         document["hijriYear"] = Imsakiye::hijriYear(page.page);
     document["location"] = OrderedJson(nlohmann::json(request.location));
-    document["method"] = request.method.rawValue();
-    document["source"] = rawValue(page.source);
+    document["method"] = request.method.id();
+    document["source"] = page.source.id();
     document["days"] = std::move(days);
     // A place name given on the command line need not be valid UTF-8.
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";

@@ -83,7 +83,7 @@ std::string dayTooltip(const Request &request, const Moment &moment)
 {
     const TimeZone zone = request.location.timeZone();
     std::string tooltip;
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         tooltip += std::string(Prayer(prayer).displayName(moment.ramadanToday)) + " "
             + OrvelFormat::time(moment.today[prayer], zone) + "\n";
     }
@@ -200,14 +200,14 @@ std::string json(const Request &request, const Moment &moment)
     const PrayerStatus &status = moment.status;
     OrderedJson kerahat = nullptr;
     if (moment.kerahat) {
-        kerahat = {{"kind", moment.kerahat->kind.rawValue()},
+        kerahat = {{"kind", moment.kerahat->kind.id()},
                    {"start", Calendars::iso8601(moment.kerahat->start, zone)},
                    {"end", Calendars::iso8601(moment.kerahat->end, zone)}};
     }
     const OrderedJson document{
-        {"current", status.current ? OrderedJson(status.current->rawValue()) : OrderedJson(nullptr)},
+        {"current", status.current ? OrderedJson(status.current->id()) : OrderedJson(nullptr)},
         {"currentTime", isoOrNull(status.currentTime, zone)},
-        {"next", status.next.rawValue()},
+        {"next", status.next.id()},
         {"nextTime", Calendars::iso8601(status.nextTime, zone)},
         {"nextIsTomorrow", status.nextIsTomorrow},
         {"dayProgress", status.dayProgress},
@@ -216,8 +216,8 @@ std::string json(const Request &request, const Moment &moment)
         {"title", moment.title},
         {"label", moment.label},
         {"location", OrderedJson(nlohmann::json(request.location))},
-        {"method", request.method.rawValue()},
-        {"source", rawValue(moment.source)},
+        {"method", request.method.id()},
+        {"source", moment.source.id()},
     };
     return dump(document, request.follow ? -1 : 2) + "\n";
 }
@@ -228,7 +228,7 @@ std::string waybar(const Request &request, const Moment &moment)
         {"text", moment.title},
         {"tooltip", dayTooltip(request, moment)},
         {"class", waybarClass(moment)},
-        {"alt", moment.status.next.rawValue()},
+        {"alt", moment.status.next.id()},
         {"percentage", static_cast<int>(moment.status.dayProgress * 100)},
     };
     return dump(document, -1) + "\n";

@@ -42,7 +42,7 @@ OptionTable optionTable(Choices &choices)
 
 std::string sourceLine(TimesSource source)
 {
-    return "Kaynak: " + std::string(label(source));
+    return "Kaynak: " + std::string(source.label());
 }
 
 } // namespace
@@ -75,7 +75,7 @@ std::string text(const Request &request, const DaysAnswer &answer)
 {
     const TimeZone zone = request.location.timeZone();
     std::vector<std::vector<std::string>> rows{{"Tarih", "Hicri"}};
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         rows.front().emplace_back(Prayer(prayer).name());
     for (const DayTimes &day : answer.days) {
         std::vector<std::string> row{OrvelFormat::pattern(day.day.start(zone), zone, "d MMM EEE"),
@@ -95,8 +95,8 @@ std::string json(const Request &request, const DaysAnswer &answer)
     for (const DayTimes &day : answer.days)
         days.push_back(dayJson(day, zone));
     const nlohmann::ordered_json document{{"location", nlohmann::ordered_json(nlohmann::json(request.location))},
-                                          {"method", request.method.rawValue()},
-                                          {"source", rawValue(answer.source)},
+                                          {"method", request.method.id()},
+                                          {"source", answer.source.id()},
                                           {"days", std::move(days)}};
     // A place name given on the command line need not be valid UTF-8.
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";

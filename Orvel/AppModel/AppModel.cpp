@@ -343,7 +343,7 @@ void AppModel::playAdhanIfNeeded()
         return;
     if (!notifiedPrayers().contains(*s->current))
         return;
-    const QString key = QString::fromStdString(today_->day.description()) + u'-' + qt(s->current->rawValue());
+    const QString key = QString::fromStdString(today_->day.description()) + u'-' + qt(s->current->id());
     if (d->lastPlayedKey == key)
         return;
     // Counted as handled before the quiet-hours test, so leaving quiet hours later in the same

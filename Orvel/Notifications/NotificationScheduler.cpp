@@ -39,14 +39,14 @@ NotificationRequest entryRequest(const QString &day, Prayer prayer, Instant time
     const bool sound = plan.systemSound && !quiet;
     // Güneş has no call to prayer, so Orvel plays nothing then.
     const bool ownSound = plan.ownSound && !quiet && prayer != Prayer::gunes;
-    return {day + u'-' + text(prayer.rawValue()), std::move(title), std::move(body), sound, time, ownSound};
+    return {day + u'-' + text(prayer.id()), std::move(title), std::move(body), sound, time, ownSound};
 }
 
 NotificationRequest reminderRequest(const QString &day, Prayer prayer, Instant pre, const QString &clock,
                                     const NotificationPlan &plan, bool ramadan, const TimeZone &machineZone)
 {
     return {
-        day + u'-' + text(prayer.rawValue()) + QStringLiteral("-pre"),
+        day + u'-' + text(prayer.id()) + QStringLiteral("-pre"),
         text(prayer.countdownPhrase(ramadan)) + u' ' + QString::number(plan.reminderMinutes) + QStringLiteral(" dakika"),
         text(prayer.displayName(ramadan)) + QStringLiteral(" vakti: ") + clock,
         !plan.quietHours.contains(pre, machineZone),
@@ -59,7 +59,7 @@ NotificationRequest kerahatRequest(const KerahatInterval &interval, const TimeZo
     // Whole seconds since 1970, toward zero.
     const auto startSeconds = static_cast<int64_t>(interval.start.unixSeconds());
     return {
-        QStringLiteral("kerahat-") + text(interval.kind.rawValue()) + u'-' + QString::number(startSeconds),
+        QStringLiteral("kerahat-") + text(interval.kind.id()) + u'-' + QString::number(startSeconds),
         QStringLiteral("Kerahat vakti"),
         text(interval.kind.explanation()) + QStringLiteral(" · ") + text(OrvelFormat::timeWithDative(interval.end, zone))
             + QStringLiteral(" kadar namaz kılmak mekruhtur."),
@@ -188,7 +188,7 @@ std::vector<NotificationRequest> NotificationScheduler::requests(const Notificat
     for (const DayTimes &day : plan.days) {
         const bool ramadan = plan.ramadanMode && day.hijriOrApproximate().month == 9;
         const QString dayId = text(day.day.description());
-        for (const Prayer::Value value : Prayer::allCases) {
+        for (const Prayer::Value value : Prayer::all) {
             if (!plan.enabled.contains(value))
                 continue;
             const Prayer prayer(value);
@@ -219,7 +219,7 @@ std::optional<NotificationRequest> NotificationScheduler::missedWhileAsleep(cons
 {
     std::optional<std::pair<Prayer, Instant>> latest;
     for (const DayTimes &day : plan.days) {
-        for (const Prayer::Value value : Prayer::allCases) {
+        for (const Prayer::Value value : Prayer::all) {
             const Instant time = day[Prayer(value)];
             if (plan.enabled.contains(value) && since < time && !(now < time) && (!latest || latest->second < time))
                 latest = std::pair{Prayer(value), time};

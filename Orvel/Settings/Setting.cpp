@@ -21,15 +21,6 @@ QString qt(std::string_view text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-template <typename Enum>
-std::optional<Enum> rawEnum(const QVariant &stored)
-{
-    const std::optional<QString> raw = SettingsStore::string(stored);
-    if (!raw)
-        return std::nullopt;
-    return Enum::fromRawValue(raw->toStdString());
-}
-
 template <typename T>
 QVariant json(const T &value)
 {
@@ -66,27 +57,21 @@ QVariant encode(int64_t value) { return qint64(value); }
 QVariant encode(double value) { return value; }
 QVariant encode(const std::optional<bool> &value) { return value ? QVariant(*value) : QVariant(); }
 QVariant encode(const std::optional<QString> &value) { return value.value_or(QString()); }
-QVariant encode(CalculationMethod value) { return qt(value.rawValue()); }
-QVariant encode(TrayStyle value) { return qt(value.rawValue()); }
-QVariant encode(AdhanSound value) { return qt(value.rawValue()); }
 QVariant encode(const Location &value) { return json(value); }
 QVariant encode(const QuietHours &value) { return json(value); }
 QVariant encode(const TimesOptions &value) { return json(value); }
 
 QVariant encode(const std::set<Prayer::Value> &value)
 {
-    QStringList rawValues;
+    QStringList ids;
     for (const Prayer::Value prayer : value)
-        rawValues.append(qt(Prayer(prayer).rawValue()));
-    return rawValues;
+        ids.append(qt(Prayer(prayer).id()));
+    return ids;
 }
 
 std::optional<bool> decode(const QVariant &stored, Tag<bool>) { return SettingsStore::boolean(stored); }
 std::optional<int64_t> decode(const QVariant &stored, Tag<int64_t>) { return SettingsStore::integer(stored); }
 std::optional<double> decode(const QVariant &stored, Tag<double>) { return SettingsStore::number(stored); }
-std::optional<CalculationMethod> decode(const QVariant &stored, Tag<CalculationMethod>) { return rawEnum<CalculationMethod>(stored); }
-std::optional<TrayStyle> decode(const QVariant &stored, Tag<TrayStyle>) { return rawEnum<TrayStyle>(stored); }
-std::optional<AdhanSound> decode(const QVariant &stored, Tag<AdhanSound>) { return rawEnum<AdhanSound>(stored); }
 std::optional<Location> decode(const QVariant &stored, Tag<Location>) { return fromJson<Location>(stored); }
 std::optional<QuietHours> decode(const QVariant &stored, Tag<QuietHours>) { return fromJson<QuietHours>(stored); }
 std::optional<TimesOptions> decode(const QVariant &stored, Tag<TimesOptions>) { return fromJson<TimesOptions>(stored); }
@@ -109,15 +94,20 @@ std::optional<std::optional<QString>> decode(const QVariant &stored, Tag<std::op
 
 std::optional<std::set<Prayer::Value>> decode(const QVariant &stored, Tag<std::set<Prayer::Value>>)
 {
-    const std::optional<QStringList> rawValues = SettingsStore::stringList(stored);
-    if (!rawValues)
+    const std::optional<QStringList> ids = SettingsStore::stringList(stored);
+    if (!ids)
         return std::nullopt;
     std::set<Prayer::Value> prayers;
-    for (const QString &raw : *rawValues) {
-        if (const std::optional<Prayer> prayer = Prayer::fromRawValue(raw.toStdString()))
+    for (const QString &id : *ids) {
+        if (const std::optional<Prayer> prayer = Prayer::fromId(id.toStdString()))
             prayers.insert(*prayer);
     }
     return prayers;
+}
+
+std::optional<QString> enumerationId(const QVariant &stored)
+{
+    return SettingsStore::string(stored);
 }
 
 std::optional<QString> normalized(const std::optional<QString> &value)

@@ -50,9 +50,6 @@ QVariant encode(double value);
 QVariant encode(const std::optional<bool> &value); // none: the key goes
 QVariant encode(const std::optional<QString> &value); // none: ""
 QVariant encode(const std::set<Prayer::Value> &value);
-QVariant encode(CalculationMethod value);
-QVariant encode(TrayStyle value);
-QVariant encode(AdhanSound value);
 QVariant encode(const Location &value);
 QVariant encode(const QuietHours &value);
 QVariant encode(const TimesOptions &value);
@@ -65,12 +62,25 @@ std::optional<double> decode(const QVariant &stored, Tag<double>);
 std::optional<std::optional<bool>> decode(const QVariant &stored, Tag<std::optional<bool>>);
 std::optional<std::optional<QString>> decode(const QVariant &stored, Tag<std::optional<QString>>);
 std::optional<std::set<Prayer::Value>> decode(const QVariant &stored, Tag<std::set<Prayer::Value>>);
-std::optional<CalculationMethod> decode(const QVariant &stored, Tag<CalculationMethod>);
-std::optional<TrayStyle> decode(const QVariant &stored, Tag<TrayStyle>);
-std::optional<AdhanSound> decode(const QVariant &stored, Tag<AdhanSound>);
 std::optional<Location> decode(const QVariant &stored, Tag<Location>);
 std::optional<QuietHours> decode(const QVariant &stored, Tag<QuietHours>);
 std::optional<TimesOptions> decode(const QVariant &stored, Tag<TimesOptions>);
+
+// A choice is stored as its id.
+template <AnEnumeration T>
+QVariant encode(T value)
+{
+    return QString::fromUtf8(value.id().data(), static_cast<qsizetype>(value.id().size()));
+}
+
+std::optional<QString> enumerationId(const QVariant &stored);
+
+template <AnEnumeration T>
+std::optional<T> decode(const QVariant &stored, Tag<T>)
+{
+    const std::optional<QString> id = enumerationId(stored);
+    return id ? T::fromId(id->toStdString()) : std::nullopt;
+}
 
 // One value of each meaning: an empty sound name is no name.
 template <typename T>

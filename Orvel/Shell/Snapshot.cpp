@@ -199,20 +199,20 @@ QString imsakiyeLine(ImsakiyeMode mode, const std::vector<DayTimes> &days)
 {
     const auto describe = [&](const DayTimes *day) { return day ? QString::fromStdString(day->day.description()) : "-"; };
     return QStringLiteral("imsakiye %1: %2 gün, %3 … %4")
-        .arg(fromStd(mode.rawValue()))
+        .arg(fromStd(mode.id()))
         .arg(days.size())
         .arg(describe(days.empty() ? nullptr : &days.front()), describe(days.empty() ? nullptr : &days.back()));
 }
 
 void writeImsakiye(AppModel &model, Appearance appearance, const QDir &folder)
 {
-    for (const ImsakiyeMode::Value mode : ImsakiyeMode::allCases) {
+    for (const ImsakiyeMode::Value mode : ImsakiyeMode::all) {
         const ImsakiyeView::Loaded loaded = awaitImsakiye(mode, model);
         printLine(imsakiyeLine(mode, loaded.days));
         ImsakiyeView view(model, mode, loaded);
         view.setFixedSize(imsakiyeSize(mode));
         write(view, appearance, imsakiyeWaitSeconds,
-              folder.filePath(QStringLiteral("imsakiye-%1-%2.png").arg(fromStd(ImsakiyeMode(mode).rawValue()),
+              folder.filePath(QStringLiteral("imsakiye-%1-%2.png").arg(fromStd(ImsakiyeMode(mode).id()),
                                                                         appearanceName(appearance))));
     }
 }
@@ -270,7 +270,7 @@ std::unique_ptr<QWidget> labels(AppModel &model, Appearance appearance)
     column->setSpacing(8);
     column->setContentsMargins(12, 12, 12, 12);
 
-    for (const TrayStyle::Value style : TrayStyle::allCases)
+    for (const TrayStyle::Value style : TrayStyle::all)
         addRow(*column, fromStd(TrayStyle(style).label()), model.trayImage(style, false, devicePixelRatio),
                appearance);
     addRow(*column, QStringLiteral("Kerahat"), model.trayImage(TrayStyle::nameAndRemaining, true, devicePixelRatio),
@@ -344,13 +344,13 @@ QStringList summary(const AppModel &model)
 {
     QStringList lines;
     lines << QStringLiteral("source=%1 location=%2")
-                 .arg(fromStd(rawValue(model.source())), QString::fromStdString(model.location().name));
+                 .arg(fromStd(model.source().id()), QString::fromStdString(model.location().name));
     const std::optional<DayTimes> &today = model.today();
     if (!today)
         return lines;
     const TimeZone zone = model.zone();
     QStringList times;
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         times << fromStd(Prayer(prayer).name()) + u' ' + QString::fromStdString(OrvelFormat::time((*today)[prayer], zone));
     lines << times.join(QStringLiteral("  "));
     return lines;

@@ -22,7 +22,7 @@ TrayMenu::TrayMenu(const AppModel &model, Actions actions, QObject *parent)
     auto *group = new QActionGroup(this);
     // At most one: after Yatsı the next time is tomorrow's, and none of today's is marked.
     group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         QAction *time = menu_->addAction(QString());
         time->setObjectName(QStringLiteral("time%1").arg(static_cast<int>(prayer)));
         time->setEnabled(false);
@@ -50,7 +50,7 @@ void TrayMenu::update()
     const std::optional<PrayerStatus> status = model_.status();
     const bool ramadan = model_.isRamadanToday();
     const TimeZone zone = model_.zone();
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         QAction *entry = times_[prayer];
         const QString name = QString::fromUtf8(Prayer(prayer).displayName(ramadan));
         const QString time = today ? QString::fromStdString(OrvelFormat::time((*today)[prayer], zone)) : QStringLiteral("--:--");

@@ -98,7 +98,7 @@ void DayProgressBar::paintEvent(QPaintEvent *)
     }
 
     const QColor pending = ViewStyle::faded(ViewStyle::secondary(appearance), 0.55);
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         const double fraction = at(content_.today[prayer]);
         capsule(painter, centred(x(fraction), centreY, markSize, markSize),
                 fraction <= content_.progress ? accent : pending);

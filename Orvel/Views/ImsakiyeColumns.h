@@ -19,7 +19,7 @@ constexpr qreal timeMinimumWidth = 66;
 struct Layout {
     QRectF date;
     QRectF hijri;
-    std::array<QRectF, 6> times; // in Prayer::allCases order
+    std::array<QRectF, 6> times; // in Prayer::all order
 };
 
 // The columns of a row occupying `row` (x and width matter; the height is passed through).

@@ -59,7 +59,7 @@ QStringList ImsakiyeHeader::headings() const
 {
     QStringList top{QStringLiteral("Tarih"), ViewStyle::text(Imsakiye::hijriHeading(mode_))};
     QStringList second;
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         top << ViewStyle::text(Prayer(prayer).name());
         if (const auto below = Imsakiye::secondHeading(mode_, prayer))
             second << ViewStyle::text(*below);
@@ -98,7 +98,7 @@ void ImsakiyeHeader::paintEvent(QPaintEvent *)
     painter.setPen(ViewStyle::secondary(appearance_));
     painter.drawText(QPointF(columns.date.left(), firstBaseline), QStringLiteral("Tarih"));
     painter.drawText(QPointF(columns.hijri.left(), firstBaseline), ViewStyle::text(Imsakiye::hijriHeading(mode_)));
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         const QRectF &column = columns.times[static_cast<size_t>(prayer)];
         const QString name = ViewStyle::text(Prayer(prayer).name());
         painter.setPen(ViewStyle::secondary(appearance_));

@@ -167,7 +167,7 @@ qreal drawTableHeading(Page &page, const Fonts &fonts, const Columns &columns, I
     page.text(QPointF(columns.date, first), QStringLiteral("Tarih"), font, secondary);
     page.text(QPointF(columns.hijri, first), ViewStyle::text(Imsakiye::hijriHeading(mode)), font, secondary);
     bool twoLines = false;
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         const qreal centre = columns.times[static_cast<size_t>(prayer)].center().x();
         page.centred(centre, first, ViewStyle::text(Prayer(prayer).name()), font, secondary);
         if (const auto below = Imsakiye::secondHeading(mode, prayer)) {
@@ -206,7 +206,7 @@ void drawRow(Page &page, const Fonts &fonts, const Columns &columns, ImsakiyeMod
     page.text(QPointF(columns.hijri, baseline(page, hijri, centreY)), fromStd(row.hijri), hijri,
               ViewStyle::secondary(paper));
 
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         const bool highlighted = Imsakiye::isHighlighted(mode, prayer);
         const QFont font = fontAt(fonts.digits, rowPoints, highlighted || row.isToday ? QFont::DemiBold : QFont::Normal);
         page.centred(columns.times[static_cast<size_t>(prayer)].center().x(), baseline(page, font, centreY),
@@ -271,7 +271,7 @@ void paint(QPainter &painter, const QRectF &area, qreal unit, const ImsakiyeShee
     if (!sheet.rows.empty()) {
         const qreal rowHeight = std::min(page.u(maxRowHeight), (tableBottom - tableTop) / static_cast<qreal>(sheet.rows.size()));
         // Sahur and iftar columns carry a faint band down the whole table.
-        for (const Prayer::Value prayer : Prayer::allCases) {
+        for (const Prayer::Value prayer : Prayer::all) {
             if (!Imsakiye::isHighlighted(sheet.mode, prayer))
                 continue;
             const QRectF &column = columns.times[static_cast<size_t>(prayer)];

@@ -54,7 +54,7 @@ QString ImsakiyeRow::accessibleText(const Content &content)
     QStringList parts{fromStd(row.date), fromStd(row.hijri)};
     if (row.note)
         parts << fromStd(*row.note);
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         parts << ViewStyle::text(Prayer(prayer).name()) + u' ' + fromStd(row.times[static_cast<size_t>(prayer)]);
     if (row.isToday)
         parts << QStringLiteral("bugün");
@@ -109,7 +109,7 @@ void ImsakiyeRow::paintEvent(QPaintEvent *)
     painter.setPen(ViewStyle::secondary(appearance));
     painter.drawText(QPointF(columns.hijri.left(), ViewStyle::baseline(hijriFont, centreY)), fromStd(row.hijri));
 
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         const size_t index = static_cast<size_t>(prayer);
         const bool highlighted = Imsakiye::isHighlighted(content_.mode, prayer);
         const QFont font = ViewStyle::digitsFont(textPoints, highlighted || row.isToday ? QFont::DemiBold : QFont::Normal);

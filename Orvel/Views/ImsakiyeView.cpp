@@ -150,13 +150,13 @@ QWidget *ImsakiyeView::makeToolbar()
     row->setSpacing(4);
 
     QStringList modes;
-    for (const ImsakiyeMode::Value mode : ImsakiyeMode::allCases)
+    for (const ImsakiyeMode::Value mode : ImsakiyeMode::all)
         modes << ViewStyle::text(ImsakiyeMode(mode).label());
     picker_ = new SegmentedControl(modes, QStringLiteral("Görünüm"));
     picker_->setFixedSize(pickerWidth, SegmentedControl::defaultHeight);
     picker_->setCurrent(static_cast<int>(mode_));
     connect(picker_, &SegmentedControl::chosen, this,
-            [this](int index) { setMode(ImsakiyeMode::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { setMode(ImsakiyeMode::all.at(static_cast<size_t>(index))); });
     row->addWidget(picker_, 0, Qt::AlignVCenter);
     row->addStretch(1);
 

@@ -186,7 +186,7 @@ SourceItem sourceItem(TimesSource source, CalculationMethod method)
     if (source == TimesSource::offline)
         return {QStringLiteral("Çevrimdışı · cihazda hesaplandı"), QStringLiteral("wifi.slash")};
     if (source == TimesSource::rule)
-        return {ViewStyle::text(label(source)), QString()};
+        return {ViewStyle::text(source.label()), QString()};
     return {ViewStyle::text(method.shortName()), QString()};
 }
 

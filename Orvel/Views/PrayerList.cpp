@@ -22,7 +22,7 @@ struct Entry {
 std::vector<Entry> entries(const std::vector<KerahatInterval> &intervals)
 {
     std::vector<Entry> all;
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         for (const KerahatInterval &interval : PanelRules::kerahatBefore(prayer, intervals))
             all.push_back({std::nullopt, interval});
         all.push_back({Prayer(prayer), std::nullopt});

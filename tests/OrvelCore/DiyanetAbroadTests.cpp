@@ -179,8 +179,8 @@ TEST(FarNorth, everyMethodGivesSixOrderedMomentsThatMoveSmoothly)
                                {"Oslo", 59.9139, 10.7522, "Europe/Oslo", std::nullopt, "NO"}};
     for (const Location &place : places) {
         const TimeZone zone = place.timeZone();
-        for (const CalculationMethod::Value method : CalculationMethod::allCases) {
-            SCOPED_TRACE(place.name + " " + std::string(CalculationMethod(method).rawValue()));
+        for (const CalculationMethod::Value method : CalculationMethod::all) {
+            SCOPED_TRACE(place.name + " " + std::string(CalculationMethod(method).id()));
             std::optional<DayTimes> before;
             int faults = 0, jumps = 0;
             for (DayKey day{2026, 1, 1}; day.year == 2026; day = day.adding(1)) {

@@ -210,9 +210,9 @@ TEST(Imsakiye, rowsNotesAndHighlights)
     EXPECT_EQ(Imsakiye::note(ImsakiyeMode::week, {26, 8, 1447}, false), std::nullopt);
 
     std::vector<std::string> highlighted, seconds;
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         if (Imsakiye::isHighlighted(ImsakiyeMode::ramadan, prayer))
-            highlighted.emplace_back(Prayer(prayer).rawValue());
+            highlighted.emplace_back(Prayer(prayer).id());
         if (const auto second = Imsakiye::secondHeading(ImsakiyeMode::ramadan, prayer))
             seconds.emplace_back(*second);
         EXPECT_FALSE(Imsakiye::isHighlighted(ImsakiyeMode::month, prayer));
@@ -223,13 +223,13 @@ TEST(Imsakiye, rowsNotesAndHighlights)
     EXPECT_EQ(Imsakiye::placeLine(uskudar, CalculationMethod::ummAlQura), "İstanbul, Üsküdar · Ümmü'l-Kura, Mekke");
 }
 
-TEST(ImsakiyeMode, rawValuesAndLabels)
+TEST(ImsakiyeMode, idsAndLabels)
 {
     std::vector<std::string> labels;
-    for (const ImsakiyeMode::Value mode : ImsakiyeMode::allCases) {
+    for (const ImsakiyeMode::Value mode : ImsakiyeMode::all) {
         labels.emplace_back(ImsakiyeMode(mode).label());
-        EXPECT_EQ(ImsakiyeMode::fromRawValue(ImsakiyeMode(mode).rawValue()), ImsakiyeMode(mode));
+        EXPECT_EQ(ImsakiyeMode::fromId(ImsakiyeMode(mode).id()), ImsakiyeMode(mode));
     }
     EXPECT_EQ(labels, (std::vector<std::string>{"Hafta", "Ay", "Ramazan"}));
-    EXPECT_EQ(ImsakiyeMode::fromRawValue("Ay"), std::nullopt);
+    EXPECT_EQ(ImsakiyeMode::fromId("Ay"), std::nullopt);
 }

@@ -69,8 +69,8 @@ TEST(PrayerCalculator, farNorthKeepsTheTimesInOrderEveryDayOfTheYear)
                                oslo};
     for (const Location &place : places) {
         const TimeZone zone = place.timeZone();
-        for (const CalculationMethod::Value method : CalculationMethod::allCases) {
-            for (const HighLatitudeRule::Value rule : HighLatitudeRule::allCases) {
+        for (const CalculationMethod::Value method : CalculationMethod::all) {
+            for (const HighLatitudeRule::Value rule : HighLatitudeRule::all) {
                 int unordered = 0;
                 for (DayKey day{2026, 1, 1}; day.year == 2026; day = day.adding(1)) {
                     const DayTimes times = PrayerCalculator::times(day, place, method, zone, rule);
@@ -81,8 +81,8 @@ TEST(PrayerCalculator, farNorthKeepsTheTimesInOrderEveryDayOfTheYear)
                             ++unordered;
                     }
                 }
-                EXPECT_EQ(unordered, 0) << place.name << " " << CalculationMethod(method).rawValue() << " "
-                                        << HighLatitudeRule(rule).rawValue();
+                EXPECT_EQ(unordered, 0) << place.name << " " << CalculationMethod(method).id() << " "
+                                        << HighLatitudeRule(rule).id();
             }
         }
     }
@@ -105,7 +105,7 @@ TEST(PrayerCalculator, clockChangeDaysKeepTheRealMoments)
         const DayTimes before = PrayerCalculator::times(day.adding(-1), place, CalculationMethod::diyanet);
         const DayTimes on = PrayerCalculator::times(day, place, CalculationMethod::diyanet);
         const DayTimes after = PrayerCalculator::times(day.adding(1), place, CalculationMethod::diyanet);
-        for (const Prayer::Value prayer : Prayer::allCases) {
+        for (const Prayer::Value prayer : Prayer::all) {
             // A day later in real time, give or take the sun's few minutes, whatever the clocks did.
             EXPECT_NEAR(on[prayer] - before[prayer], 86400, 4 * 60) << Prayer(prayer).displayName(false);
             EXPECT_NEAR(after[prayer] - on[prayer], 86400, 4 * 60) << Prayer(prayer).displayName(false);

@@ -1,19 +1,25 @@
+#include "AdhanSound.h"
 #include "AladhanClient.h"
 #include "Calendars.h"
 #include "CalculationMethod.h"
 #include "DayKey.h"
 #include "DayTimes.h"
+#include "HighLatitudeRule.h"
 #include "HijriDate.h"
+#include "ImsakiyeMode.h"
+#include "Kerahat.h"
 #include "Location.h"
 #include "MonthKey.h"
 #include "Prayer.h"
 #include "QuietHours.h"
 #include "TimesSource.h"
+#include "TrayStyle.h"
 
 #include <gtest/gtest.h>
 #include <clocale>
 #include <cstdlib>
 #include <locale>
+#include <set>
 #include <string>
 #include <nlohmann/json.hpp>
 
@@ -49,6 +55,30 @@ TEST(Prayer, turkishWordingInAndOutOfRamadan)
     }
     EXPECT_EQ(Prayer(Prayer::aksam).ramadanTag(), "iftar");
     EXPECT_FALSE(Prayer(Prayer::yatsi).nextInDay().has_value());
+}
+
+template <typename T>
+class EveryEnumeration : public testing::Test {};
+using Enumerations = testing::Types<Prayer, CalculationMethod, KerahatKind, HighLatitudeRule, ImsakiyeMode, AdhanSound,
+                                    TrayStyle, TimesSource>;
+TYPED_TEST_SUITE(EveryEnumeration, Enumerations);
+
+// Stored settings, cache files and the command line all name choices by id: two choices under
+// one id, or an id that does not read back, would silently turn one choice into another.
+TYPED_TEST(EveryEnumeration, eachChoiceHasItsOwnIdAndReadsBack)
+{
+    std::set<std::string_view> seen;
+    for (const typename TypeParam::Value value : TypeParam::all) {
+        const TypeParam choice(value);
+        EXPECT_FALSE(choice.id().empty());
+        EXPECT_TRUE(seen.insert(choice.id()).second) << choice.id();
+        EXPECT_EQ(TypeParam::fromId(choice.id()), std::optional<TypeParam>(choice));
+        TypeParam decoded = TypeParam::all[(choice.index() + 1) % TypeParam::all.size()];
+        json(choice).get_to(decoded);
+        EXPECT_EQ(decoded, choice);
+    }
+    EXPECT_EQ(TypeParam::fromId(""), std::nullopt);
+    EXPECT_EQ(TypeParam::fromId("x"), std::nullopt);
 }
 
 TEST(DayKey, arithmeticOverMonthYearAndLeapBoundaries)
@@ -113,10 +143,10 @@ TEST(Json, roundTripsAndTheStoredForms)
     EXPECT_EQ(roundTrip(santiago), santiago);
     // Each value is decoded over the one before, so a decoder that does nothing fails.
     Prayer prayer = Prayer::yatsi;
-    for (const Prayer::Value value : Prayer::allCases)
+    for (const Prayer::Value value : Prayer::all)
         EXPECT_EQ(json::parse(json(Prayer(value)).dump()).get_to(prayer), Prayer(value));
-    CalculationMethod method = CalculationMethod::allCases.back();
-    for (const CalculationMethod::Value value : CalculationMethod::allCases)
+    CalculationMethod method = CalculationMethod::all.back();
+    for (const CalculationMethod::Value value : CalculationMethod::all)
         EXPECT_EQ(json::parse(json(CalculationMethod(value)).dump()).get_to(method), CalculationMethod(value));
 
     // Cache files and settings depend on these exact keys and forms.
@@ -133,7 +163,7 @@ TEST(Json, roundTripsAndTheStoredForms)
     EXPECT_EQ(json(QuietHours{true, 60, 120}), json::parse(R"({"enabled":true,"start":60,"end":120})"));
     EXPECT_EQ(json(Prayer(Prayer::yatsi)), "yatsi");
     EXPECT_EQ(json(CalculationMethod(CalculationMethod::ummAlQura)), "ummAlQura");
-    EXPECT_EQ(rawValue(TimesSource::offline), "offline");
+    EXPECT_EQ(TimesSource(TimesSource::offline).id(), "offline");
 
     EXPECT_THROW(json("Yatsi").get_to(prayer), json::exception);
     EXPECT_THROW(json("UmmAlQura").get_to(method), json::exception);

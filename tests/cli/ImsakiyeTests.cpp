@@ -47,8 +47,8 @@ TEST(CliImsakiye, pageFollowsTheTimetablesRules)
         {ImsakiyeMode::week, "hafta"}, {ImsakiyeMode::month, "ay"}, {ImsakiyeMode::ramadan, "ramazan"}};
     bool inTurkish = false;
     for (const auto &p : pages) {
-        SCOPED_TRACE(std::string(p.mode.rawValue()) + " " + p.today.description() + " " + std::to_string(p.offset));
-        const std::string modeWord = inTurkish ? turkish.at(p.mode) : std::string(p.mode.rawValue());
+        SCOPED_TRACE(std::string(p.mode.id()) + " " + p.today.description() + " " + std::to_string(p.offset));
+        const std::string modeWord = inTurkish ? turkish.at(p.mode) : std::string(p.mode.id());
         inTurkish = !inTurkish;
         const json page = imsakiyeJson({"--mode", modeWord, "--offset", std::to_string(p.offset),
                                         "--date", p.today.description()});
@@ -62,7 +62,7 @@ TEST(CliImsakiye, pageFollowsTheTimetablesRules)
         const std::vector<Imsakiye::Row> rows = Imsakiye::rows(expected, days, fatih.timeZone());
 
         EXPECT_EQ(page.at("title"), Imsakiye::title(expected, days, fatih.timeZone()));
-        EXPECT_EQ(page.at("mode"), p.mode.rawValue());
+        EXPECT_EQ(page.at("mode"), p.mode.id());
         ASSERT_EQ(page.at("days").size(), rows.size());
         for (size_t i = 0; i < rows.size(); ++i) {
             const json &day = page["days"][i];

@@ -161,10 +161,10 @@ QWidget *GeneralSettingsView::makePlaceSection()
 
     method_ = new QComboBox;
     method_->setAccessibleName(QStringLiteral("Hesaplama yöntemi"));
-    for (const CalculationMethod::Value method : CalculationMethod::allCases)
+    for (const CalculationMethod::Value method : CalculationMethod::all)
         method_->addItem(ViewStyle::text(CalculationMethod(method).name()));
     connect(method_, &QComboBox::activated, this,
-            [this](int index) { model_.set(Settings::method, CalculationMethod::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { model_.set(Settings::method, CalculationMethod::all.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Hesaplama yöntemi"), method_, QStringLiteral("Türkiye için Diyanet önerilir")));
     return section;
 }
@@ -173,11 +173,11 @@ QWidget *GeneralSettingsView::makeTraySection()
 {
     auto *section = new Section(QStringLiteral("Sistem tepsisi"));
     QStringList titles;
-    for (const TrayStyle::Value style : TrayStyle::allCases)
+    for (const TrayStyle::Value style : TrayStyle::all)
         titles << ViewStyle::text(TrayStyle(style).label());
     style_ = new SegmentedControl(titles, QStringLiteral("Gösterim"));
     connect(style_, &SegmentedControl::chosen, this,
-            [this](int index) { model_.set(Settings::trayStyle, TrayStyle::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { model_.set(Settings::trayStyle, TrayStyle::all.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Gösterim"), style_));
 
     preview_ = new PreviewPlate;
@@ -226,13 +226,13 @@ void GeneralSettingsView::refresh()
     place_->setText(QString::fromStdString(model_.location().name));
     {
         const QSignalBlocker blocker(method_);
-        const auto method = std::find(CalculationMethod::allCases.begin(), CalculationMethod::allCases.end(),
+        const auto method = std::find(CalculationMethod::all.begin(), CalculationMethod::all.end(),
                                       CalculationMethod::Value(model_.method()));
-        method_->setCurrentIndex(static_cast<int>(method - CalculationMethod::allCases.begin()));
+        method_->setCurrentIndex(static_cast<int>(method - CalculationMethod::all.begin()));
     }
-    const auto style = std::find(TrayStyle::allCases.begin(), TrayStyle::allCases.end(),
+    const auto style = std::find(TrayStyle::all.begin(), TrayStyle::all.end(),
                                  TrayStyle::Value(model_.trayStyle()));
-    style_->setCurrent(static_cast<int>(style - TrayStyle::allCases.begin()));
+    style_->setCurrent(static_cast<int>(style - TrayStyle::all.begin()));
     {
         const QSignalBlocker blocker(ramadan_);
         ramadan_->setChecked(model_.ramadanMode());

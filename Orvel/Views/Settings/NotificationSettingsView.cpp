@@ -87,7 +87,7 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     lines->addWidget(label(QStringLiteral("Bildirim gönderilecek vakitler")));
     auto *chipRow = new QHBoxLayout;
     chipRow->setSpacing(6);
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         auto *chip = new Chip(ViewStyle::text(Prayer(prayer).name()));
         connect(chip, &Chip::clicked, this, [this, prayer] { model_.toggleNotification(prayer); });
         chips_[prayer] = chip;
@@ -134,10 +134,10 @@ QWidget *NotificationSettingsView::makeSoundSection()
 
     sound_ = new QComboBox;
     sound_->setAccessibleName(QStringLiteral("Vakit girince"));
-    for (const AdhanSound::Value sound : AdhanSound::allCases)
+    for (const AdhanSound::Value sound : AdhanSound::all)
         sound_->addItem(ViewStyle::text(AdhanSound(sound).label()));
     connect(sound_, &QComboBox::activated, this,
-            [this](int index) { model_.set(Settings::adhanSound, AdhanSound::allCases.at(static_cast<size_t>(index))); });
+            [this](int index) { model_.set(Settings::adhanSound, AdhanSound::all.at(static_cast<size_t>(index))); });
     auto *soundRow = new QWidget;
     auto *soundLine = new QHBoxLayout(soundRow);
     soundLine->setContentsMargins(0, 0, 0, 0);

@@ -59,7 +59,7 @@ QWidget *TimesSettingsView::makeAdjustmentSection()
                                 QStringLiteral("Vakitler panelde, bildirimlerde, imsakiyede ve orvel-cli'de bu kadar "
                                                "ileri ya da geri alınır. Camiinizin takvimi birkaç dakika "
                                                "farklıysa kullanın."));
-    for (const Prayer::Value prayer : Prayer::allCases) {
+    for (const Prayer::Value prayer : Prayer::all) {
         const QString name = ViewStyle::text(Prayer(prayer).name());
         QSpinBox *box = spinBox(name, static_cast<int>(TimesOptions::maximumAdjustment), QStringLiteral(" dk"));
         adjustments_[static_cast<size_t>(Prayer(prayer).index())] = box;
@@ -81,7 +81,7 @@ QWidget *TimesSettingsView::makeCalendarSection()
     highLatitude_ = new QComboBox;
     highLatitude_->setObjectName(QStringLiteral("Yüksek enlem kuralı"));
     highLatitude_->setAccessibleName(QStringLiteral("Yüksek enlem kuralı"));
-    for (const HighLatitudeRule::Value rule : HighLatitudeRule::allCases)
+    for (const HighLatitudeRule::Value rule : HighLatitudeRule::all)
         highLatitude_->addItem(ViewStyle::text(HighLatitudeRule(rule).label()));
     connect(highLatitude_, &QComboBox::activated, this, &TimesSettingsView::store);
     section->addRow(row(QStringLiteral("Yüksek enlem kuralı"), highLatitude_,
@@ -103,7 +103,7 @@ void TimesSettingsView::store()
     for (size_t i = 0; i < adjustments_.size(); ++i)
         options.minuteAdjustments[i] = adjustments_[i]->value();
     options.hijriCorrection = hijri_->value();
-    options.highLatitude = HighLatitudeRule::allCases.at(static_cast<size_t>(std::max(highLatitude_->currentIndex(), 0)));
+    options.highLatitude = HighLatitudeRule::all.at(static_cast<size_t>(std::max(highLatitude_->currentIndex(), 0)));
     options.diyanetFromService = fromService_->isChecked();
     model_.set(Settings::timesOptions, options);
 }

@@ -669,7 +669,7 @@ TEST_F(TrayTitle, TheEntryMinuteShowsThePillExceptAtGunes)
 
     model->set(Settings::kerahatMenuDot, false);
     set(Prayer::ogle, 10);
-    for (const TrayStyle style : TrayStyle::allCases) {
+    for (const TrayStyle style : TrayStyle::all) {
         EXPECT_FALSE(image(style).isTemplate);
         EXPECT_EQ(width(style), widthOf(QStringLiteral("Öğle vakti"), Style::adhan));
     }

@@ -49,7 +49,7 @@ NotificationPlan planFor(std::vector<DayTimes> days, int64_t reminderMinutes = 0
     NotificationPlan plan;
     plan.days = std::move(days);
     plan.location = uskudar;
-    plan.enabled = std::set<Prayer::Value>(Prayer::allCases.begin(), Prayer::allCases.end());
+    plan.enabled = std::set<Prayer::Value>(Prayer::all.begin(), Prayer::all.end());
     plan.reminderMinutes = reminderMinutes;
     return plan;
 }

@@ -182,7 +182,7 @@ TEST(Snapshot, WritesThePicturesAndTheSummaryOffline)
 
     const DayTimes day = test::testDay();
     QStringList times;
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         times << QString::fromUtf8(Prayer(prayer).name()) + ' '
                 + QString::fromStdString(OrvelFormat::time(day[prayer], Snapshot::uskudar().timeZone()));
     // Each timetable page is announced once per appearance.

@@ -15,7 +15,7 @@ namespace {
 std::vector<State> rowStates(const PrayerStatus &status, const DayTimes &today, Instant now)
 {
     std::vector<State> states;
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         states.push_back(PanelRules::rowState(prayer, status, today, now));
     return states;
 }
@@ -60,7 +60,7 @@ TEST(PanelRules, KerahatRowsSitBesideTheirTimes)
     EXPECT_EQ(kinds(PanelRules::kerahatBefore(Prayer::ogle, intervals)), std::vector{K::istiva});
     EXPECT_EQ(kinds(PanelRules::kerahatBefore(Prayer::aksam, intervals)), std::vector{K::sunset});
     size_t placed = 0;
-    for (const Prayer::Value prayer : Prayer::allCases)
+    for (const Prayer::Value prayer : Prayer::all)
         placed += PanelRules::kerahatBefore(prayer, intervals).size() + PanelRules::kerahatAfter(prayer, intervals).size();
     EXPECT_EQ(placed, intervals.size()) << "each interval appears exactly once";
 }

@@ -174,7 +174,7 @@ TEST_F(PanelViewTest, AfterYatsiTheNextTimeIsTomorrow)
     EXPECT_EQ(hero.bigTime()->text(), QStringLiteral("7sa51dk"));
     EXPECT_EQ(hero.subtitle()->text(), QStringLiteral("Yarın 05:51 · İmsak"));
     for (PrayerRow *row : view.prayerList()->prayerRows())
-        EXPECT_NE(row->content().state, PrayerRowState::next) << row->content().prayer.rawValue();
+        EXPECT_NE(row->content().state, PrayerRowState::next) << row->content().prayer.id();
 }
 
 TEST_F(PanelViewTest, KerahatOffLeavesSixRowsAndNoLegend)
