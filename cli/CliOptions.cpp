@@ -139,6 +139,11 @@ bool wantsHelp(const std::vector<std::string> &args)
     return std::any_of(args.begin(), args.end(), [](const std::string &arg) { return arg == "--help" || arg == "-h"; });
 }
 
+std::string usage(std::string_view synopsis, std::string_view description, const OptionTable &options)
+{
+    return "Kullanım: orvel-cli " + text(synopsis) + "\n\n" + text(description) + "\n\nSeçenekler:\n" + options.help();
+}
+
 namespace Values {
 
 double number(std::string_view input, std::string_view what)

@@ -55,6 +55,9 @@ private:
 // Whether the arguments ask for help; help wins over every other option.
 bool wantsHelp(const std::vector<std::string> &args);
 
+// A command's --help: its synopsis after "orvel-cli", what it does, then its options.
+std::string usage(std::string_view synopsis, std::string_view description, const OptionTable &options);
+
 // Strict readers of option values. `what` names the value in the error ("enlem").
 namespace Values {
 double number(std::string_view text, std::string_view what);
@@ -73,6 +76,14 @@ std::string serviceURL(std::string_view text);
 // A folder that exists or can be made; not a file.
 std::filesystem::path directory(std::string_view text);
 } // namespace Values
+
+// What every command that shows times asks about: the place, the method and the user's own
+// adjustments.
+struct TimesQuery {
+    Location location;
+    CalculationMethod method = CalculationMethod::diyanet;
+    TimesOptions times;
+};
 
 // The place and the calculation method, shared by every command that shows times:
 // --lat, --lon, --tz, --name and --method, over the application's own place and method.
@@ -93,6 +104,7 @@ struct PlaceOptions {
     // The stored place unless coordinates are given; coordinates without --tz take the machine's
     // zone.
     Location location() const;
+    TimesQuery query() const { return {location(), method, times}; }
 };
 
 // Where the times come from, shared by every command that shows times: --service, --cache and

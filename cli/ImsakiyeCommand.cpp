@@ -104,9 +104,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     Choices choices;
     optionTable(choices).parse(args);
     Request request;
-    request.location = choices.place.location();
-    request.method = choices.place.method;
-    request.times = choices.place.times;
+    static_cast<TimesQuery &>(request) = choices.place.query();
     request.mode = choices.mode;
     request.offset = choices.offset;
     request.today = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
@@ -167,14 +165,13 @@ std::string json(const Request &request, const Page &page)
 std::string help()
 {
     Choices choices;
-    return "Kullanım: orvel-cli imsakiye [seçenekler]\n\n"
-           "Uygulamanın İmsakiye penceresindeki sayfayı yazar: başlık, yer ve yöntem, sonra her gün için\n"
-           "tarih, Hicri tarih, altı vakit ve not (Ramazan başlangıcı, Kadir Gecesi, Arefe); bugünün satırı\n"
-           "* ile işaretlidir. Hafta pazartesiden pazara, ay takvim ayı kadardır; Ramazan sayfası Ramazan\n"
-           "ayının günlerini gösterir, bu yılın Ramazanı bittiyse gelecek yılınkini. --offset ile önceki ve\n"
-           "sonraki sayfalara geçilir. Yer, yöntem ve kaynak seçenekleri times komutundakilerle aynıdır.\n\n"
-           "Seçenekler:\n"
-        + optionTable(choices).help();
+    return usage("imsakiye [seçenekler]",
+                 "Uygulamanın İmsakiye penceresindeki sayfayı yazar: başlık, yer ve yöntem, sonra her gün için\n"
+                 "tarih, Hicri tarih, altı vakit ve not (Ramazan başlangıcı, Kadir Gecesi, Arefe); bugünün satırı\n"
+                 "* ile işaretlidir. Hafta pazartesiden pazara, ay takvim ayı kadardır; Ramazan sayfası Ramazan\n"
+                 "ayının günlerini gösterir, bu yılın Ramazanı bittiyse gelecek yılınkini. --offset ile önceki ve\n"
+                 "sonraki sayfalara geçilir. Yer, yöntem ve kaynak seçenekleri times komutundakilerle aynıdır.",
+                 optionTable(choices));
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)

@@ -21,10 +21,7 @@ namespace orvel::cli {
 // terminal, with the same days, Hijri texts and notes, or as JSON.
 namespace ImsakiyeCommand {
 
-struct Request {
-    Location location;
-    CalculationMethod method = CalculationMethod::diyanet;
-    TimesOptions times;
+struct Request : TimesQuery {
     ImsakiyeMode mode = ImsakiyeMode::month;
     int64_t offset = 0;
     DayKey today;

@@ -138,9 +138,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     Choices choices;
     optionTable(choices).parse(args);
     Request request;
-    request.location = choices.place.location();
-    request.method = choices.place.method;
-    request.times = choices.place.times;
+    static_cast<TimesQuery &>(request) = choices.place.query();
     request.status = AppSettings::statusSettings();
     request.sources = choices.sources;
     request.format = choices.format;
@@ -279,19 +277,18 @@ std::string panelCommand()
 std::string help()
 {
     Choices choices;
-    return "Kullanım: orvel-cli status [seçenekler]\n\n"
-           "Sıradaki vakti ve kalan süreyi durum çubuğundaki gibi yazar: ilk satırda başlık (\"Akşam 1:15\",\n"
-           "bir vakit girdiği dakikada \"Öğle vakti\"), ikinci satırda okunuşu; kerahat vaktinde bunu da söyler.\n"
-           "--format json tüm durumu bir JSON nesnesi olarak, --format waybar waybar'ın özel modülü için\n"
-           "tek satır JSON olarak yazar (class: adhan, kerahat ya da normal); --format line yalnız başlığı\n"
-           "(polybar, i3blocks), --format genmon XFCE'nin Genel İzleyici eklentisi için metni, ipucunu ve\n"
-           "tıklayınca Orvel'in panelini açan komutu yazar. Ramazan günlerinde İmsak \"Sahur\", Akşam\n"
-           "\"İftar\" olarak anılır. Yer ve kaynak seçenekleri times komutundakilerle aynıdır.\n\n"
-           "--follow ile komut açık kalır ve gösterdiği değiştikçe yeni bir satır yazar (text biçimi iki\n"
-           "satır): Orvel çalışıyorsa oturum veri yolundan durumunu izler ve simgesinin söylediğini yazar,\n"
-           "çalışmıyorsa kendi saatine göre her saniye bakar. Yer ya da yöntem verilirse hep kendi saatine bakar.\n\n"
-           "Seçenekler:\n"
-        + optionTable(choices).help();
+    return usage("status [seçenekler]",
+                 "Sıradaki vakti ve kalan süreyi durum çubuğundaki gibi yazar: ilk satırda başlık (\"Akşam 1:15\",\n"
+                 "bir vakit girdiği dakikada \"Öğle vakti\"), ikinci satırda okunuşu; kerahat vaktinde bunu da söyler.\n"
+                 "--format json tüm durumu bir JSON nesnesi olarak, --format waybar waybar'ın özel modülü için\n"
+                 "tek satır JSON olarak yazar (class: adhan, kerahat ya da normal); --format line yalnız başlığı\n"
+                 "(polybar, i3blocks), --format genmon XFCE'nin Genel İzleyici eklentisi için metni, ipucunu ve\n"
+                 "tıklayınca Orvel'in panelini açan komutu yazar. Ramazan günlerinde İmsak \"Sahur\", Akşam\n"
+                 "\"İftar\" olarak anılır. Yer ve kaynak seçenekleri times komutundakilerle aynıdır.\n\n"
+                 "--follow ile komut açık kalır ve gösterdiği değiştikçe yeni bir satır yazar (text biçimi iki\n"
+                 "satır): Orvel çalışıyorsa oturum veri yolundan durumunu izler ve simgesinin söylediğini yazar,\n"
+                 "çalışmıyorsa kendi saatine göre her saniye bakar. Yer ya da yöntem verilirse hep kendi saatine bakar.",
+                 optionTable(choices));
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)

@@ -29,10 +29,7 @@ namespace StatusCommand {
 
 enum class Format { text, json, waybar, line, genmon };
 
-struct Request {
-    Location location;
-    CalculationMethod method = CalculationMethod::diyanet;
-    TimesOptions times;
+struct Request : TimesQuery {
     StatusSettings status; // the application's, so that the title is the tray's
     SourceOptions sources;
     Instant now;

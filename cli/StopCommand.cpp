@@ -11,11 +11,10 @@ std::string help()
 {
     OptionTable table;
     table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
-    return "Kullanım: orvel-cli stop\n\n"
-           "Açık olan Orvel'in çaldığı vakit sesini hemen susturur. Bir kısayol tuşuna ya da panel\n"
-           "düğmesine bağlanabilir. Orvel açık değilse 1 ile çıkar.\n\n"
-           "Seçenekler:\n"
-        + table.help();
+    return usage("stop",
+                 "Açık olan Orvel'in çaldığı vakit sesini hemen susturur. Bir kısayol tuşuna ya da panel\n"
+                 "düğmesine bağlanabilir. Orvel açık değilse 1 ile çıkar.",
+                 table);
 }
 
 int run(const std::vector<std::string> &args, const Clock &, std::ostream &, std::ostream &err)

@@ -61,9 +61,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     Choices choices;
     optionTable(choices).parse(args);
     Request request;
-    request.location = choices.place.location();
-    request.method = choices.place.method;
-    request.times = choices.place.times;
+    static_cast<TimesQuery &>(request) = choices.place.query();
     request.first = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
     request.dayCount = choices.dayCount;
     request.sources = choices.sources;
@@ -105,15 +103,14 @@ std::string json(const Request &request, const DaysAnswer &answer)
 std::string help()
 {
     Choices choices;
-    return "Kullanım: orvel-cli times [seçenekler]\n\n"
-           "Bir yerin altı vaktini gün gün Türkçe bir tablo olarak ya da --json ile JSON olarak yazar.\n"
-           "Yer verilmezse uygulamada seçili yer ve yöntem (ilk açılışta İstanbul, Fatih ve Diyanet)\n"
-           "kullanılır; yeri orvel-cli places seçer. --lat ile --lon birlikte verilir; o zaman --tz\n"
-           "verilmezse bilgisayarın saat dilimi kullanılır. Saatler yerin saat dilimindedir.\n"
-           "Vakitler web servisinden ay ay alınır ve önbellekte saklanır; servise ulaşılamazsa ya da\n"
-           "--offline verilirse cihazda hesaplanır.\n\n"
-           "Seçenekler:\n"
-        + optionTable(choices).help();
+    return usage("times [seçenekler]",
+                 "Bir yerin altı vaktini gün gün Türkçe bir tablo olarak ya da --json ile JSON olarak yazar.\n"
+                 "Yer verilmezse uygulamada seçili yer ve yöntem (ilk açılışta İstanbul, Fatih ve Diyanet)\n"
+                 "kullanılır; yeri orvel-cli places seçer. --lat ile --lon birlikte verilir; o zaman --tz\n"
+                 "verilmezse bilgisayarın saat dilimi kullanılır. Saatler yerin saat dilimindedir.\n"
+                 "Vakitler web servisinden ay ay alınır ve önbellekte saklanır; servise ulaşılamazsa ya da\n"
+                 "--offline verilirse cihazda hesaplanır.",
+                 optionTable(choices));
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)

@@ -20,10 +20,7 @@ namespace orvel::cli {
 // `orvel-cli times`: a place's six times for one or more days, as a Turkish table or as JSON.
 namespace TimesCommand {
 
-struct Request {
-    Location location;
-    CalculationMethod method = CalculationMethod::diyanet;
-    TimesOptions times;
+struct Request : TimesQuery {
     DayKey first;
     int64_t dayCount = 1;
     SourceOptions sources;
