@@ -127,7 +127,7 @@ void AppModel::settingSet(const SettingRow &row)
     emit changed();
     const Effect effect = row.effect();
     if (contains(effect, Effect::volume))
-        player_->setVolume(soundVolume());
+        player_->setVolume(setting(Settings::soundVolume));
     if (contains(effect, Effect::recheck))
         d->checksPending = true;
     if (contains(effect, Effect::reload)) {
@@ -140,7 +140,7 @@ void AppModel::settingSet(const SettingRow &row)
 
 void AppModel::toggleNotification(Prayer prayer)
 {
-    std::set<Prayer::Value> prayers = notifiedPrayers();
+    std::set<Prayer::Value> prayers = setting(Settings::notifiedPrayers);
     if (!prayers.erase(prayer))
         prayers.insert(prayer);
     set(Settings::notifiedPrayers, prayers);
@@ -193,9 +193,9 @@ void AppModel::observeSystemEvents(SystemEvents *events)
 void AppModel::reload()
 {
     const uint64_t generation = ++d->loadGeneration;
-    const Location location = this->location();
-    const CalculationMethod method = this->method();
-    const TimesOptions options = timesOptions();
+    const Location location = setting(Settings::location);
+    const CalculationMethod method = setting(Settings::method);
+    const TimesOptions options = setting(Settings::timesOptions);
     const DayKey key = DayKey::from(currentTime(), zone());
     setLoading(true);
     d->lastOnlineAttempt = d->clock->now();
@@ -295,20 +295,21 @@ NotificationPlan AppModel::notificationPlan() const
 {
     NotificationPlan plan;
     plan.days = {*today_, *tomorrow_};
-    plan.location = location();
-    plan.enabled = notifiedPrayers();
-    plan.reminderMinutes = reminderMinutes();
-    if (showKerahat() && kerahatNotify()) {
+    plan.location = setting(Settings::location);
+    plan.enabled = setting(Settings::notifiedPrayers);
+    plan.reminderMinutes = setting(Settings::reminderMinutes);
+    if (setting(Settings::showKerahat) && setting(Settings::kerahatNotify)) {
         for (const DayTimes &day : plan.days) {
-            const auto intervals = Kerahat::intervals(day, kerahatMinutes(), Kerahat::defaultIstivaMinutes);
+            const auto intervals
+                = Kerahat::intervals(day, setting(Settings::kerahatMinutes), Kerahat::defaultIstivaMinutes);
             plan.kerahat.insert(plan.kerahat.end(), intervals.begin(), intervals.end());
         }
     }
-    plan.systemSound = adhanSound() == AdhanSound::system;
-    plan.ownSound = adhanSound() == AdhanSound::chime || adhanSound() == AdhanSound::custom;
-    plan.quietHours = quietHours();
-    plan.ramadanMode = ramadanMode();
-    plan.fridayMinutes = fridayMinutes();
+    plan.systemSound = setting(Settings::adhanSound) == AdhanSound::system;
+    plan.ownSound = setting(Settings::adhanSound).isPlayedByApp();
+    plan.quietHours = setting(Settings::quietHours);
+    plan.ramadanMode = setting(Settings::ramadanMode);
+    plan.fridayMinutes = setting(Settings::fridayMinutes);
     return plan;
 }
 
@@ -341,7 +342,7 @@ void AppModel::playAdhanIfNeeded()
         return;
     if (!(now_ - *s->currentTime < minuteSeconds))
         return;
-    if (!notifiedPrayers().contains(*s->current))
+    if (!setting(Settings::notifiedPrayers).contains(*s->current))
         return;
     const QString key = QString::fromStdString(today_->day.description()) + u'-' + qt(s->current->id());
     if (d->lastPlayedKey == key)
@@ -349,20 +350,20 @@ void AppModel::playAdhanIfNeeded()
     // Counted as handled before the quiet-hours test, so leaving quiet hours later in the same
     // minute does not sound it after all.
     d->lastPlayedKey = key;
-    if (quietHours().contains(d->clock->now(), TimeZone::current()))
+    if (setting(Settings::quietHours).contains(d->clock->now(), TimeZone::current()))
         return;
     const std::optional<QString> path = soundPath();
     if (!path)
         return;
-    player_->play(*path, soundVolume());
+    player_->play(*path, setting(Settings::soundVolume));
     // After play(), whose stop of an earlier sound would resume what is paused here.
-    if (pauseMedia() && player_->isPlaying())
+    if (setting(Settings::pauseMedia) && player_->isPlaying())
         d->media->pausePlaying();
 }
 
 std::optional<QString> AppModel::soundPath() const
 {
-    switch (adhanSound()) {
+    switch (setting(Settings::adhanSound)) {
     case AdhanSound::chime:
         return SoundLibrary::chimePath();
     case AdhanSound::custom:
@@ -381,13 +382,13 @@ void AppModel::previewSound()
         return;
     }
     if (const std::optional<QString> path = soundPath())
-        player_->play(*path, soundVolume());
+        player_->play(*path, setting(Settings::soundVolume));
 }
 
 QFuture<PrayerRepository::Answer> AppModel::days(const std::vector<DayKey> &keys) const
 {
-    return QtConcurrent::run([repository = repository_, keys, location = location(), method = method(),
-                              options = timesOptions()] {
+    return QtConcurrent::run([repository = repository_, keys, location = setting(Settings::location),
+                              method = setting(Settings::method), options = setting(Settings::timesOptions)] {
         return repository->days(keys, location, method, options);
     });
 }
@@ -396,7 +397,7 @@ QFuture<PrayerRepository::Answer> AppModel::days(const std::vector<DayKey> &keys
 
 TimeZone AppModel::zone() const
 {
-    return location().timeZone();
+    return setting(Settings::location).timeZone();
 }
 
 DayKey AppModel::todayKey() const
@@ -426,22 +427,23 @@ std::vector<KerahatInterval> AppModel::kerahatIntervals() const
 
 StatusSettings AppModel::statusSettings() const
 {
-    return {trayStyle(), ramadanMode(), showKerahat(), kerahatMinutes(), kerahatMenuDot()};
+    return {setting(Settings::trayStyle), setting(Settings::ramadanMode), setting(Settings::showKerahat),
+            setting(Settings::kerahatMinutes), setting(Settings::kerahatMenuDot)};
 }
 
 bool AppModel::isRamadanToday() const
 {
-    return StatusText::isRamadanToday(ramadanMode(), today_);
+    return StatusText::isRamadanToday(setting(Settings::ramadanMode), today_);
 }
 
 bool AppModel::nextIsRamadan() const
 {
-    return StatusText::nextIsRamadan(ramadanMode(), status(), today_, tomorrow_);
+    return StatusText::nextIsRamadan(setting(Settings::ramadanMode), status(), today_, tomorrow_);
 }
 
 std::optional<int64_t> AppModel::ramadanDay() const
 {
-    if (!ramadanMode() || !today_)
+    if (!setting(Settings::ramadanMode) || !today_)
         return std::nullopt;
     return Ramadan::dayNumber(*today_);
 }

@@ -84,26 +84,6 @@ public:
     }
     void toggleNotification(Prayer prayer);
 
-    // The settings by name, as the views read them.
-    const Location &location() const { return setting(Settings::location); }
-    CalculationMethod method() const { return setting(Settings::method); }
-    TrayStyle trayStyle() const { return setting(Settings::trayStyle); }
-    const std::set<Prayer::Value> &notifiedPrayers() const { return setting(Settings::notifiedPrayers); }
-    int64_t reminderMinutes() const { return setting(Settings::reminderMinutes); }
-    bool showKerahat() const { return setting(Settings::showKerahat); }
-    bool kerahatMenuDot() const { return setting(Settings::kerahatMenuDot); }
-    bool kerahatNotify() const { return setting(Settings::kerahatNotify); }
-    int64_t kerahatMinutes() const { return setting(Settings::kerahatMinutes); }
-    bool ramadanMode() const { return setting(Settings::ramadanMode); }
-    AdhanSound adhanSound() const { return setting(Settings::adhanSound); }
-    const std::optional<QString> &customSoundName() const { return setting(Settings::customSoundName); }
-    double soundVolume() const { return setting(Settings::soundVolume); }
-    const QuietHours &quietHours() const { return setting(Settings::quietHours); }
-    std::optional<bool> iconRemaining() const { return setting(Settings::iconRemaining); }
-    const TimesOptions &timesOptions() const { return setting(Settings::timesOptions); }
-    int64_t fridayMinutes() const { return setting(Settings::fridayMinutes); }
-    bool pauseMedia() const { return setting(Settings::pauseMedia); }
-
     // State (not persisted).
     const std::optional<DayTimes> &today() const { return today_; }
     const std::optional<DayTimes> &tomorrow() const { return tomorrow_; }
@@ -127,7 +107,7 @@ public:
     // The settings that shape the status, as the command line reads them too.
     StatusSettings statusSettings() const;
     // What every status item shows now: text, spoken label and state, in the chosen style.
-    StatusLine statusLine() const { return statusLine(trayStyle()); }
+    StatusLine statusLine() const { return statusLine(setting(Settings::trayStyle)); }
     StatusLine statusLine(TrayStyle style) const;
     // The status image of a style (the snapshot draws every style), and the spoken label.
     StatusImage::Image trayImage(TrayStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
@@ -136,7 +116,8 @@ public:
     // setting when chosen, else only where the panel shows no title beside the icon.
     bool showsIconRemaining(bool panelShowsLabel) const
     {
-        return trayStyle() != TrayStyle::iconOnly && iconRemaining().value_or(!panelShowsLabel);
+        const TrayStyle style = setting(Settings::trayStyle);
+        return style != TrayStyle::iconOnly && setting(Settings::iconRemaining).value_or(!panelShowsLabel);
     }
 
     // Takes on what another program stored in the settings (orvel-cli choosing a place), as if

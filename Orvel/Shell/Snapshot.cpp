@@ -154,9 +154,9 @@ void renderSettings(AppModel &model, Appearance appearance, const QDir &folder)
     AboutView about;
     writeTab(about, QStringLiteral("settings-about-%1.png"));
 
-    const AdhanSound sound = model.adhanSound();
-    const std::optional<QString> customName = model.customSoundName();
-    const QuietHours quietHours = model.quietHours();
+    const AdhanSound sound = model.setting(Settings::adhanSound);
+    const std::optional<QString> customName = model.setting(Settings::customSoundName);
+    const QuietHours quietHours = model.setting(Settings::quietHours);
     model.set(Settings::adhanSound, AdhanSound::custom);
     model.set(Settings::customSoundName, QStringLiteral("ezan-ogle.m4a"));
     QuietHours quiet = quietHours;
@@ -344,7 +344,7 @@ QStringList summary(const AppModel &model)
 {
     QStringList lines;
     lines << QStringLiteral("source=%1 location=%2")
-                 .arg(fromStd(model.source().id()), QString::fromStdString(model.location().name));
+                 .arg(fromStd(model.source().id()), QString::fromStdString(model.setting(Settings::location).name));
     const std::optional<DayTimes> &today = model.today();
     if (!today)
         return lines;

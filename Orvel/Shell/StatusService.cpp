@@ -9,7 +9,7 @@ namespace orvel {
 
 PublishedStatus PublishedStatus::of(const AppModel &model)
 {
-    const TrayStyle chosen = model.trayStyle();
+    const TrayStyle chosen = model.setting(Settings::trayStyle);
     const TrayStyle style = chosen == TrayStyle::iconOnly ? TrayStyle(TrayStyle::nameAndRemaining) : chosen;
     const StatusLine line = model.statusLine(style);
     PublishedStatus status;

@@ -225,7 +225,7 @@ void DBusStatusItem::update(const AppModel &model)
         ++redrawCount_;
     }
     item_->setToolTipText(QString::fromStdString(line.label));
-    item_->setLabel(QString::fromStdString(line.text), labelGuide(model.trayStyle()));
+    item_->setLabel(QString::fromStdString(line.text), labelGuide(model.setting(Settings::trayStyle)));
 }
 
 bool DBusStatusItem::offersIconName(const TrayPicture::Face &face, bool panelShowsLabel, bool panelRecolours)

@@ -295,7 +295,8 @@ ImsakiyeView::LoadKey ImsakiyeView::currentKey() const
     const ImsakiyePage page = currentPage();
     // Only a Ramadan page moves when today's own Hijri date arrives.
     const int64_t hijriYear = mode_ == ImsakiyeMode::ramadan ? Imsakiye::hijriYear(page) : 0;
-    return {mode_, offset_, model_.location(), model_.method(), page.today, hijriYear};
+    const Location &location = model_.setting(Settings::location);
+    return {mode_, offset_, location, model_.setting(Settings::method), page.today, hijriYear};
 }
 
 void ImsakiyeView::reloadIfNeeded()
@@ -381,8 +382,8 @@ QString ImsakiyeView::title() const
 ImsakiyeSheet ImsakiyeView::sheet() const
 {
     const ImsakiyePage page = shownPage_ ? *shownPage_ : currentPage();
-    const Location location = shownKey_ ? shownKey_->location : model_.location();
-    const CalculationMethod method = shownKey_ ? shownKey_->method : model_.method();
+    const Location location = shownKey_ ? shownKey_->location : model_.setting(Settings::location);
+    const CalculationMethod method = shownKey_ ? shownKey_->method : model_.setting(Settings::method);
     QStringList notices;
     for (const std::string_view notice : Imsakiye::notices(days_))
         notices << ViewStyle::text(notice);
@@ -452,7 +453,8 @@ void ImsakiyeView::refreshFooter(Appearance appearance)
     const QFont font = ViewStyle::font(footerPoints);
     const QColor secondary = ViewStyle::secondary(appearance);
     place_->setSymbol(QStringLiteral("mappin.and.ellipse"), footerPoints, ViewStyle::accent(appearance));
-    place_->setText(fromStd(Imsakiye::placeLine(model_.location(), model_.method())), font, secondary);
+    place_->setText(fromStd(Imsakiye::placeLine(model_.setting(Settings::location), model_.setting(Settings::method))),
+                    font, secondary);
     const std::optional<std::string_view> note = Imsakiye::sourceNote(source_);
     sourceNote_->setText(note ? ViewStyle::text(*note) : QString(), font, secondary);
     sourceNote_->setVisible(note.has_value());

@@ -213,8 +213,8 @@ void PanelView::refreshHeader(Appearance appearance)
     const QColor accent = ViewStyle::accent(appearance);
     const QColor secondary = ViewStyle::secondary(appearance);
     place_->setSymbol(QStringLiteral("mappin.and.ellipse"), placeSymbolPoints, accent);
-    place_->setText(QString::fromStdString(model_.location().name), ViewStyle::font(placePoints, QFont::DemiBold),
-                    ViewStyle::primary(appearance));
+    place_->setText(QString::fromStdString(model_.setting(Settings::location).name),
+                    ViewStyle::font(placePoints, QFont::DemiBold), ViewStyle::primary(appearance));
     date_->setText(model_.dateLine(), ViewStyle::font(datePoints), secondary);
 
     const std::optional<QString> ramadan = PanelRules::ramadanLine(model_.ramadanDay(), model_.today());
@@ -260,7 +260,7 @@ void PanelView::refreshFooter(Appearance appearance)
 {
     const QColor secondary = ViewStyle::secondary(appearance);
     const QFont font = ViewStyle::font(footerPoints);
-    const PanelRules::SourceItem item = PanelRules::sourceItem(model_.source(), model_.method());
+    const PanelRules::SourceItem item = PanelRules::sourceItem(model_.source(), model_.setting(Settings::method));
     if (item.symbol.isEmpty())
         source_->clearIcon();
     else

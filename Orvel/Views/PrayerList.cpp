@@ -66,8 +66,8 @@ void PrayerList::refresh(const PrayerStatus &status, const DayTimes &today)
             const QString time = QString::fromStdString(OrvelFormat::time(today[prayer], zone));
             static_cast<PrayerRow *>(rows_[index])
                 ->setContent({prayer, time, PanelRules::rowState(prayer, status, today, now),
-                              model_.notifiedPrayers().contains(prayer), PanelRules::prayerTag(prayer, ramadanToday, today.isEstimated(prayer)),
-                              appearance});
+                              model_.setting(Settings::notifiedPrayers).contains(prayer),
+                              PanelRules::prayerTag(prayer, ramadanToday, today.isEstimated(prayer)), appearance});
             continue;
         }
         const KerahatInterval &interval = *entry.interval;

@@ -223,25 +223,25 @@ void GeneralSettingsView::refresh()
 {
     useCurrent_->setIcon(symbolIcon(QStringLiteral("location")));
     style_->setAppearance(Colors::current());
-    place_->setText(QString::fromStdString(model_.location().name));
+    place_->setText(QString::fromStdString(model_.setting(Settings::location).name));
     {
         const QSignalBlocker blocker(method_);
         const auto method = std::find(CalculationMethod::all.begin(), CalculationMethod::all.end(),
-                                      CalculationMethod::Value(model_.method()));
+                                      CalculationMethod::Value(model_.setting(Settings::method)));
         method_->setCurrentIndex(static_cast<int>(method - CalculationMethod::all.begin()));
     }
     const auto style = std::find(TrayStyle::all.begin(), TrayStyle::all.end(),
-                                 TrayStyle::Value(model_.trayStyle()));
+                                 TrayStyle::Value(model_.setting(Settings::trayStyle)));
     style_->setCurrent(static_cast<int>(style - TrayStyle::all.begin()));
     {
         const QSignalBlocker blocker(ramadan_);
-        ramadan_->setChecked(model_.ramadanMode());
+        ramadan_->setChecked(model_.setting(Settings::ramadanMode));
     }
     {
         const QSignalBlocker blocker(iconRemaining_);
         iconRemaining_->setChecked(model_.showsIconRemaining(panelShowsLabel_));
         // "Yalnız simge" answers what the icon says by itself.
-        iconRemaining_->setEnabled(model_.trayStyle() != TrayStyle::iconOnly);
+        iconRemaining_->setEnabled(model_.setting(Settings::trayStyle) != TrayStyle::iconOnly);
     }
     refreshPreview();
 }
@@ -256,7 +256,7 @@ void GeneralSettingsView::refreshPreview()
 {
     // Drawn for at least a 2x screen, so that renders and HiDPI panels are crisp alike.
     const qreal ratio = std::max<qreal>(devicePixelRatioF(), 2.0);
-    const StatusImage::Image image = model_.trayImage(model_.trayStyle(), false, ratio);
+    const StatusImage::Image image = model_.trayImage(model_.setting(Settings::trayStyle), false, ratio);
     const StatusImage::Image shown = image.isTemplate ? image.tinted(ViewStyle::primary(Colors::current())) : image;
     preview_->setImage(shown.image);
 }

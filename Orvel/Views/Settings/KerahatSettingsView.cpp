@@ -57,19 +57,21 @@ KerahatSettingsView::KerahatSettingsView(AppModel &model, QWidget *parent)
 
 void KerahatSettingsView::refresh()
 {
-    const std::pair<Switch *, bool> switches[] = {
-        {show_, model_.showKerahat()}, {dot_, model_.kerahatMenuDot()}, {notify_, model_.kerahatNotify()}};
+    const std::pair<Switch *, bool> switches[] = {{show_, model_.setting(Settings::showKerahat)},
+                                                  {dot_, model_.setting(Settings::kerahatMenuDot)},
+                                                  {notify_, model_.setting(Settings::kerahatNotify)}};
     for (const auto &[control, on] : switches) {
         const QSignalBlocker blocker(control);
         control->setChecked(on);
     }
     {
         const QSignalBlocker blocker(minutes_);
-        minutes_->setCurrentIndex(std::max(minutes_->findData(static_cast<int>(model_.kerahatMinutes())), 0));
+        minutes_->setCurrentIndex(
+            std::max(minutes_->findData(static_cast<int>(model_.setting(Settings::kerahatMinutes))), 0));
     }
     // Off, the other three keep their values but cannot be changed.
     for (QWidget *row : dependent_)
-        row->setEnabled(model_.showKerahat());
+        row->setEnabled(model_.setting(Settings::showKerahat));
 }
 
 } // namespace orvel

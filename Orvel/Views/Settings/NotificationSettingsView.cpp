@@ -197,7 +197,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
 
     quiet_ = new Switch(QStringLiteral("Sessiz saatler"));
     connect(quiet_, &Switch::toggled, this, [this](bool on) {
-        QuietHours hours = model_.quietHours();
+        QuietHours hours = model_.setting(Settings::quietHours);
         hours.enabled = on;
         model_.set(Settings::quietHours, hours);
     });
@@ -228,17 +228,18 @@ void NotificationSettingsView::checkPermission()
 void NotificationSettingsView::refresh()
 {
     for (const auto &[prayer, chip] : chips_)
-        chip->setOn(model_.notifiedPrayers().contains(prayer));
+        chip->setOn(model_.setting(Settings::notifiedPrayers).contains(prayer));
     {
         const QSignalBlocker blocker(reminder_);
-        const int index = reminder_->findData(static_cast<int>(model_.reminderMinutes()));
+        const int index = reminder_->findData(static_cast<int>(model_.setting(Settings::reminderMinutes)));
         reminder_->setCurrentIndex(std::max(index, 0));
     }
     {
         const QSignalBlocker blocker(friday_);
-        friday_->setCurrentIndex(std::max(friday_->findData(static_cast<int>(model_.fridayMinutes())), 0));
+        friday_->setCurrentIndex(
+            std::max(friday_->findData(static_cast<int>(model_.setting(Settings::fridayMinutes))), 0));
     }
-    const AdhanSound sound = model_.adhanSound();
+    const AdhanSound sound = model_.setting(Settings::adhanSound);
     {
         const QSignalBlocker blocker(sound_);
         sound_->setCurrentIndex(static_cast<int>(sound));
@@ -246,7 +247,7 @@ void NotificationSettingsView::refresh()
     description_->setText(ViewStyle::text(sound.description()));
 
     fileRow_->setVisible(sound == AdhanSound::custom);
-    const QString name = model_.customSoundName().value_or(QStringLiteral("Seçilmedi"));
+    const QString name = model_.setting(Settings::customSoundName).value_or(QStringLiteral("Seçilmedi"));
     fileName_->setText(fileName_->fontMetrics().elidedText(name, Qt::ElideMiddle, std::max(fileName_->width(), 120)));
     fileName_->setToolTip(name);
 
@@ -254,23 +255,23 @@ void NotificationSettingsView::refresh()
     pauseMediaRow_->setVisible(sound.isPlayedByApp());
     {
         const QSignalBlocker blocker(pauseMedia_);
-        pauseMedia_->setChecked(model_.pauseMedia());
+        pauseMedia_->setChecked(model_.setting(Settings::pauseMedia));
     }
     {
         const QSignalBlocker blocker(volume_);
-        volume_->setValue(static_cast<int>(std::lround(model_.soundVolume() * sliderSteps)));
+        volume_->setValue(static_cast<int>(std::lround(model_.setting(Settings::soundVolume) * sliderSteps)));
     }
     // The model changes every minute; the sound folder is looked at only when the sound does.
-    if (sound != checkedSound_ || model_.customSoundName() != checkedCustomName_) {
+    if (sound != checkedSound_ || model_.setting(Settings::customSoundName) != checkedCustomName_) {
         checkedSound_ = sound;
-        checkedCustomName_ = model_.customSoundName();
+        checkedCustomName_ = model_.setting(Settings::customSoundName);
         hasSoundFile_ = sound.isPlayedByApp() && hasSoundFile(sound);
     }
     const bool playing = model_.player().isPlaying();
     listen_->setText(playing ? QStringLiteral("Durdur") : QStringLiteral("Dinle"));
     listen_->setEnabled(playing || hasSoundFile_);
 
-    const QuietHours &hours = model_.quietHours();
+    const QuietHours &hours = model_.setting(Settings::quietHours);
     {
         const QSignalBlocker blocker(quiet_);
         quiet_->setChecked(hours.enabled);
@@ -284,7 +285,7 @@ void NotificationSettingsView::refresh()
 
 void NotificationSettingsView::setQuietMinutes(bool start, const QTime &time)
 {
-    QuietHours hours = model_.quietHours();
+    QuietHours hours = model_.setting(Settings::quietHours);
     (start ? hours.start : hours.end) = time.hour() * 60 + time.minute();
     model_.set(Settings::quietHours, hours);
 }

@@ -99,7 +99,7 @@ QWidget *TimesSettingsView::makeCalendarSection()
 
 void TimesSettingsView::store()
 {
-    TimesOptions options = model_.timesOptions();
+    TimesOptions options = model_.setting(Settings::timesOptions);
     for (size_t i = 0; i < adjustments_.size(); ++i)
         options.minuteAdjustments[i] = adjustments_[i]->value();
     options.hijriCorrection = hijri_->value();
@@ -110,7 +110,7 @@ void TimesSettingsView::store()
 
 void TimesSettingsView::refresh()
 {
-    const TimesOptions &options = model_.timesOptions();
+    const TimesOptions &options = model_.setting(Settings::timesOptions);
     for (size_t i = 0; i < adjustments_.size(); ++i) {
         const QSignalBlocker blocker(adjustments_[i]);
         adjustments_[i]->setValue(static_cast<int>(options.minuteAdjustments[i]));

@@ -290,22 +290,23 @@ TEST(AppModelSettings, FirstStartGivesEveryDefaultAndWritesNothing)
 {
     Harness harness(morning);
     const auto model = harness.model();
-    EXPECT_EQ(model->location(), Location::istanbul());
-    EXPECT_EQ(model->location().name, "İstanbul, Fatih");
-    EXPECT_EQ(model->method(), CalculationMethod::diyanet);
-    EXPECT_EQ(model->trayStyle(), TrayStyle::nameAndRemaining);
-    EXPECT_EQ(model->notifiedPrayers(), (Set{Prayer::imsak, Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi}));
-    EXPECT_EQ(model->reminderMinutes(), 0);
-    EXPECT_TRUE(model->showKerahat());
-    EXPECT_TRUE(model->kerahatMenuDot());
-    EXPECT_FALSE(model->kerahatNotify());
-    EXPECT_EQ(model->kerahatMinutes(), 45);
-    EXPECT_TRUE(model->ramadanMode());
-    EXPECT_EQ(model->adhanSound(), AdhanSound::system);
-    EXPECT_EQ(model->customSoundName(), std::nullopt);
-    EXPECT_DOUBLE_EQ(model->soundVolume(), 0.8);
-    EXPECT_EQ(model->quietHours(), (QuietHours{false, 1380, 420}));
-    EXPECT_EQ(model->iconRemaining(), std::nullopt);
+    EXPECT_EQ(model->setting(Settings::location), Location::istanbul());
+    EXPECT_EQ(model->setting(Settings::location).name, "İstanbul, Fatih");
+    EXPECT_EQ(model->setting(Settings::method), CalculationMethod::diyanet);
+    EXPECT_EQ(model->setting(Settings::trayStyle), TrayStyle::nameAndRemaining);
+    EXPECT_EQ(model->setting(Settings::notifiedPrayers),
+              (Set {Prayer::imsak, Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi}));
+    EXPECT_EQ(model->setting(Settings::reminderMinutes), 0);
+    EXPECT_TRUE(model->setting(Settings::showKerahat));
+    EXPECT_TRUE(model->setting(Settings::kerahatMenuDot));
+    EXPECT_FALSE(model->setting(Settings::kerahatNotify));
+    EXPECT_EQ(model->setting(Settings::kerahatMinutes), 45);
+    EXPECT_TRUE(model->setting(Settings::ramadanMode));
+    EXPECT_EQ(model->setting(Settings::adhanSound), AdhanSound::system);
+    EXPECT_EQ(model->setting(Settings::customSoundName), std::nullopt);
+    EXPECT_DOUBLE_EQ(model->setting(Settings::soundVolume), 0.8);
+    EXPECT_EQ(model->setting(Settings::quietHours), (QuietHours {false, 1380, 420}));
+    EXPECT_EQ(model->setting(Settings::iconRemaining), std::nullopt);
     // Left to the panel: the time left in the icon only where no title shows beside it.
     EXPECT_TRUE(model->showsIconRemaining(false));
     EXPECT_FALSE(model->showsIconRemaining(true));
@@ -321,30 +322,30 @@ TEST(AppModelSettings, OddStoredValuesGiveTheirDefaults)
                        "location=not json\nquietHours=@ByteArray({\\\"enabled\\\":true})\nadhanSound=Chime\n"
                        "iconRemaining=maybe\n");
     auto model = harness.model();
-    EXPECT_EQ(model->notifiedPrayers(), Set{});
-    EXPECT_EQ(model->kerahatMinutes(), 45);
-    EXPECT_EQ(model->customSoundName(), std::nullopt);
-    EXPECT_EQ(model->method(), CalculationMethod::diyanet);
-    EXPECT_EQ(model->trayStyle(), TrayStyle::remaining);
-    EXPECT_EQ(model->reminderMinutes(), 0);
-    EXPECT_TRUE(model->showKerahat());
-    EXPECT_FALSE(model->kerahatMenuDot());
-    EXPECT_DOUBLE_EQ(model->soundVolume(), 0.8);
-    EXPECT_EQ(model->location(), Location::istanbul());
-    EXPECT_EQ(model->quietHours(), QuietHours());
-    EXPECT_EQ(model->adhanSound(), AdhanSound::system);
-    EXPECT_EQ(model->iconRemaining(), std::nullopt);
+    EXPECT_EQ(model->setting(Settings::notifiedPrayers), Set {});
+    EXPECT_EQ(model->setting(Settings::kerahatMinutes), 45);
+    EXPECT_EQ(model->setting(Settings::customSoundName), std::nullopt);
+    EXPECT_EQ(model->setting(Settings::method), CalculationMethod::diyanet);
+    EXPECT_EQ(model->setting(Settings::trayStyle), TrayStyle::remaining);
+    EXPECT_EQ(model->setting(Settings::reminderMinutes), 0);
+    EXPECT_TRUE(model->setting(Settings::showKerahat));
+    EXPECT_FALSE(model->setting(Settings::kerahatMenuDot));
+    EXPECT_DOUBLE_EQ(model->setting(Settings::soundVolume), 0.8);
+    EXPECT_EQ(model->setting(Settings::location), Location::istanbul());
+    EXPECT_EQ(model->setting(Settings::quietHours), QuietHours());
+    EXPECT_EQ(model->setting(Settings::adhanSound), AdhanSound::system);
+    EXPECT_EQ(model->setting(Settings::iconRemaining), std::nullopt);
 
     useStoreFile(path, "notified=ogle, bogus\nkerahatMinutes=50\nadhanSound=chime\niconRemaining=0\n"
                        "location=@ByteArray({\\\"name\\\":\\\"Far\\\",\\\"latitude\\\":400,\\\"longitude\\\":0,"
                        "\\\"timeZoneID\\\":\\\"UTC\\\"})\n");
     model = harness.model();
-    EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::ogle});
-    EXPECT_EQ(model->kerahatMinutes(), 50);
-    EXPECT_EQ(model->adhanSound(), AdhanSound::chime);
-    EXPECT_EQ(model->iconRemaining(), false);
+    EXPECT_EQ(model->setting(Settings::notifiedPrayers), Set {Prayer::ogle});
+    EXPECT_EQ(model->setting(Settings::kerahatMinutes), 50);
+    EXPECT_EQ(model->setting(Settings::adhanSound), AdhanSound::chime);
+    EXPECT_EQ(model->setting(Settings::iconRemaining), false);
     EXPECT_FALSE(model->showsIconRemaining(false)) << "the user's choice wins over the panel";
-    EXPECT_EQ(model->location(), Location::istanbul()) << "a latitude of 400 is no place";
+    EXPECT_EQ(model->setting(Settings::location), Location::istanbul()) << "a latitude of 400 is no place";
 }
 
 // A value is checked when it is set, not only when the next run reads it back: a Friday
@@ -356,7 +357,7 @@ TEST(AppModelSettings, ValuesAreCheckedWhenSetAndFormerNamesStillRead)
     Harness harness(morning);
     useStoreFile(harness.folder.filePath("former.conf"), "menuBarStyle=remaining\n");
     auto model = harness.model();
-    EXPECT_EQ(model->trayStyle(), TrayStyle::remaining);
+    EXPECT_EQ(model->setting(Settings::trayStyle), TrayStyle::remaining);
 
     QSignalSpy changes(model.get(), &AppModel::settingChanged);
     model->set(Settings::fridayMinutes, 17);
@@ -364,7 +365,7 @@ TEST(AppModelSettings, ValuesAreCheckedWhenSetAndFormerNamesStillRead)
     model->set(Settings::kerahatMinutes, 30);
     model->set(Settings::location, Location{"Far", 400, 0, "UTC"});
     EXPECT_EQ(changes.count(), 0);
-    EXPECT_EQ(model->fridayMinutes(), 0);
+    EXPECT_EQ(model->setting(Settings::fridayMinutes), 0);
     EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("fridayReminder")));
 
     model->set(Settings::fridayMinutes, 30);
@@ -373,8 +374,8 @@ TEST(AppModelSettings, ValuesAreCheckedWhenSetAndFormerNamesStillRead)
     EXPECT_FALSE(SettingsStore::store().contains(QStringLiteral("menuBarStyle")));
     harness.reopenStore();
     model = harness.model();
-    EXPECT_EQ(model->trayStyle(), TrayStyle::iconOnly);
-    EXPECT_EQ(model->fridayMinutes(), 30);
+    EXPECT_EQ(model->setting(Settings::trayStyle), TrayStyle::iconOnly);
+    EXPECT_EQ(model->setting(Settings::fridayMinutes), 30);
 }
 
 TEST(AppModelSettings, FormsThatTripUpTheStoreAreReadBackByTheNextRun)
@@ -386,17 +387,17 @@ TEST(AppModelSettings, FormsThatTripUpTheStoreAreReadBackByTheNextRun)
     model->set(Settings::quietHours, {true, 1320, 360});
     harness.reopenStore();
     model = harness.model();
-    EXPECT_EQ(model->notifiedPrayers(), Set{Prayer::ogle});
-    EXPECT_EQ(model->customSoundName(), QStringLiteral("Ezan, sabah.mp3"));
-    EXPECT_EQ(model->quietHours(), (QuietHours{true, 1320, 360}));
+    EXPECT_EQ(model->setting(Settings::notifiedPrayers), Set {Prayer::ogle});
+    EXPECT_EQ(model->setting(Settings::customSoundName), QStringLiteral("Ezan, sabah.mp3"));
+    EXPECT_EQ(model->setting(Settings::quietHours), (QuietHours {true, 1320, 360}));
 
     model->set(Settings::notifiedPrayers, {});
     model->set(Settings::customSoundName, std::nullopt);
     model->set(Settings::iconRemaining, true);
     harness.reopenStore();
-    EXPECT_EQ(harness.model()->notifiedPrayers(), Set{});
-    EXPECT_EQ(harness.model()->customSoundName(), std::nullopt);
-    EXPECT_EQ(harness.model()->iconRemaining(), true);
+    EXPECT_EQ(harness.model()->setting(Settings::notifiedPrayers), Set {});
+    EXPECT_EQ(harness.model()->setting(Settings::customSoundName), std::nullopt);
+    EXPECT_EQ(harness.model()->setting(Settings::iconRemaining), true);
 
     // Back to the panel's choice: nothing is stored, and a change is told once.
     model = harness.model();
@@ -451,9 +452,9 @@ TEST(AppModelSettings, APlaceChosenOnTheCommandLineReachesTheRunningModel)
     ASSERT_EQ(cli.exitCode(), 0) << cli.readAllStandardError().toStdString();
 
     ASSERT_TRUE(QTest::qWaitFor([&] { return changesOf("location") > 0; }, loadWaitMs));
-    EXPECT_EQ(model->location().name, "Berlin");
-    EXPECT_EQ(model->location().timeZoneID, "Europe/Berlin");
-    EXPECT_EQ(model->method(), CalculationMethod::mwl);
+    EXPECT_EQ(model->setting(Settings::location).name, "Berlin");
+    EXPECT_EQ(model->setting(Settings::location).timeZoneID, "Europe/Berlin");
+    EXPECT_EQ(model->setting(Settings::method), CalculationMethod::mwl);
     // The model's own rewrite of what it just read is no news.
     QTest::qWait(3 * SettingsWatcher::settleMs);
     EXPECT_EQ(changesOf("location"), 1);

@@ -366,7 +366,7 @@ TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
     const DayTimes day = test::testDay();
     test::OfflineModel offline(day[Prayer::ikindi] - 49 * 60);
     AppModel &model = *offline.model;
-    EXPECT_EQ(model.iconRemaining(), std::nullopt);
+    EXPECT_EQ(model.setting(Settings::iconRemaining), std::nullopt);
     EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::normal, "49"}));
     EXPECT_EQ(TrayPicture::face(model, true), (TrayPicture::Face{TrayPicture::State::normal, ""}));
     model.set(Settings::iconRemaining, true);

@@ -198,10 +198,10 @@ TEST_F(PanelViewTest, ButtonsReachTheModelAndTheActions)
 
     PrayerRow *imsak = rowOf(*view.prayerList(), Prayer::imsak);
     QTest::mouseClick(imsak->bell(), Qt::LeftButton);
-    EXPECT_FALSE(model->notifiedPrayers().contains(Prayer::imsak));
+    EXPECT_FALSE(model->setting(Settings::notifiedPrayers).contains(Prayer::imsak));
     EXPECT_EQ(imsak->bell()->toolTip(), QStringLiteral("İmsak bildirimini aç"));
     QTest::mouseClick(imsak->bell(), Qt::LeftButton);
-    EXPECT_TRUE(model->notifiedPrayers().contains(Prayer::imsak));
+    EXPECT_TRUE(model->setting(Settings::notifiedPrayers).contains(Prayer::imsak));
 
     QTest::mouseClick(view.imsakiyeButton(), Qt::LeftButton);
     QTest::mouseClick(view.settingsButton(), Qt::LeftButton);

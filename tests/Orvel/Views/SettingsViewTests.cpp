@@ -147,7 +147,7 @@ TEST_F(SettingsViewTest, SearchingLeavesThePlaceAloneUntilAResultIsChosen)
     ASSERT_EQ(view.resultButtons().size(), 2);
     EXPECT_EQ(view.resultButtons().at(0)->accessibleName(), "İstanbul, Üsküdar");
     EXPECT_EQ(view.locationMessage(), std::nullopt);
-    EXPECT_EQ(model->location().name, "İstanbul, Fatih");
+    EXPECT_EQ(model->setting(Settings::location).name, "İstanbul, Fatih");
 
     // A failure clears the earlier list; no hits say so.
     locations.searchFails = true;
@@ -172,7 +172,7 @@ TEST_F(SettingsViewTest, SearchingLeavesThePlaceAloneUntilAResultIsChosen)
 
     view.resultButtons().at(0)->click();
     settle();
-    EXPECT_EQ(model->location(), uskudar);
+    EXPECT_EQ(model->setting(Settings::location), uskudar);
     EXPECT_TRUE(view.resultButtons().isEmpty());
     EXPECT_TRUE(view.queryField()->text().isEmpty());
     EXPECT_EQ(view.locationMessage(), std::nullopt);
@@ -212,13 +212,13 @@ TEST_F(SettingsViewTest, ThePositionReplacesThePlaceOrSaysWhyNot)
     view.useCurrentLocation();
     settle();
     EXPECT_EQ(view.locationMessage(), QString("Konum alınamadı. Konumu arayarak seçebilirsiniz."));
-    EXPECT_EQ(model->location().name, "İstanbul, Fatih");
+    EXPECT_EQ(model->setting(Settings::location).name, "İstanbul, Fatih");
     EXPECT_TRUE(view.currentLocationButton()->isEnabled());
 
     locations.position = berlin;
     view.useCurrentLocation();
     settle();
-    EXPECT_EQ(model->location(), berlin);
+    EXPECT_EQ(model->setting(Settings::location), berlin);
     EXPECT_EQ(view.locationMessage(), std::nullopt);
     EXPECT_EQ(locations.positionRequests, 3);
 }
@@ -228,11 +228,11 @@ TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
     GeneralSettingsView view(*model, locations);
     view.methodPicker()->setCurrentIndex(1);
     emit view.methodPicker()->activated(1);
-    EXPECT_EQ(model->method(), CalculationMethod::mwl);
+    EXPECT_EQ(model->setting(Settings::method), CalculationMethod::mwl);
     QTest::mouseClick(view.styleSegments(), Qt::LeftButton, {}, view.styleSegments()->segmentRect(3).center());
-    EXPECT_EQ(model->trayStyle(), TrayStyle::iconOnly);
+    EXPECT_EQ(model->setting(Settings::trayStyle), TrayStyle::iconOnly);
     view.ramadanSwitch()->click();
-    EXPECT_FALSE(model->ramadanMode());
+    EXPECT_FALSE(model->setting(Settings::ramadanMode));
 
     // Changes made elsewhere (the command line, the panel) show at once.
     model->set(Settings::method, CalculationMethod::egypt);
@@ -251,7 +251,7 @@ TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
     view.setPanelShowsLabel(true);
     EXPECT_FALSE(view.iconRemainingSwitch()->isChecked());
     view.iconRemainingSwitch()->click();
-    EXPECT_EQ(model->iconRemaining(), std::optional(true));
+    EXPECT_EQ(model->setting(Settings::iconRemaining), std::optional(true));
     EXPECT_TRUE(view.iconRemainingSwitch()->isChecked());
 }
 
@@ -290,7 +290,7 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     EXPECT_EQ(shown(), std::pair(false, false));
     view.soundPicker()->setCurrentIndex(2);
     emit view.soundPicker()->activated(2);
-    EXPECT_EQ(model->adhanSound(), AdhanSound::custom);
+    EXPECT_EQ(model->setting(Settings::adhanSound), AdhanSound::custom);
     EXPECT_EQ(shown(), std::pair(true, true));
     EXPECT_EQ(view.fileName()->toolTip(), "Seçilmedi");
     EXPECT_FALSE(view.listenButton()->isEnabled()) << "no custom file yet";
@@ -306,7 +306,7 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     FileChooser::setNextAnswer(notSound);
     view.chooseFileButton()->click();
     EXPECT_EQ(view.importError(), QString::fromUtf8(NotificationSettingsView::importFailed));
-    EXPECT_EQ(model->customSoundName(), std::nullopt);
+    EXPECT_EQ(model->setting(Settings::customSoundName), std::nullopt);
 
     // The application's own chime is a sound file any backend can play.
     const std::optional<QString> chime = SoundLibrary::chimePath();
@@ -317,14 +317,14 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     FileChooser::setNextAnswer(mine);
     view.chooseFile();
     EXPECT_EQ(view.importError(), std::nullopt);
-    EXPECT_EQ(model->adhanSound(), AdhanSound::custom);
-    EXPECT_EQ(model->customSoundName(), "ezan-ogle.wav");
+    EXPECT_EQ(model->setting(Settings::adhanSound), AdhanSound::custom);
+    EXPECT_EQ(model->setting(Settings::customSoundName), "ezan-ogle.wav");
     EXPECT_EQ(view.fileName()->toolTip(), "ezan-ogle.wav");
 
     // Cancelling changes nothing.
     FileChooser::setNextAnswer(std::nullopt);
     view.chooseFile();
-    EXPECT_EQ(model->customSoundName(), "ezan-ogle.wav");
+    EXPECT_EQ(model->setting(Settings::customSoundName), "ezan-ogle.wav");
 }
 
 TEST_F(SettingsViewTest, WithoutANotificationServiceTheTabSaysSoWhenShown)
@@ -348,19 +348,19 @@ TEST_F(SettingsViewTest, QuietHoursAreStoredAsMinutesAfterMidnight)
     NotificationSettingsView view(*model, allowed);
     EXPECT_TRUE(view.quietStart()->parentWidget()->isHidden());
     view.quietSwitch()->click();
-    EXPECT_TRUE(model->quietHours().enabled);
+    EXPECT_TRUE(model->setting(Settings::quietHours).enabled);
     EXPECT_FALSE(view.quietStart()->parentWidget()->isHidden());
     view.quietStart()->setTime(QTime(22, 0));
     view.quietEnd()->setTime(QTime(6, 0));
-    EXPECT_EQ(model->quietHours(), (QuietHours{true, 1320, 360}));
+    EXPECT_EQ(model->setting(Settings::quietHours), (QuietHours {true, 1320, 360}));
     SettingsStore::store().sync();
     EXPECT_EQ(Settings::quietHours.read(), (QuietHours{true, 1320, 360}));
 
     view.reminderPicker()->setCurrentIndex(3);
     emit view.reminderPicker()->activated(3);
-    EXPECT_EQ(model->reminderMinutes(), 15);
+    EXPECT_EQ(model->setting(Settings::reminderMinutes), 15);
     view.volumeSlider()->setValue(35);
-    EXPECT_DOUBLE_EQ(model->soundVolume(), 0.35);
+    EXPECT_DOUBLE_EQ(model->setting(Settings::soundVolume), 0.35);
 }
 
 TEST_F(SettingsViewTest, AChipReachesTheScheduler)
@@ -382,7 +382,7 @@ TEST_F(SettingsViewTest, AChipReachesTheScheduler)
     EXPECT_FALSE(view.chip(Prayer::gunes)->isOn());
     view.chip(Prayer::yatsi)->click();
     EXPECT_FALSE(view.chip(Prayer::yatsi)->isOn());
-    EXPECT_FALSE(model->notifiedPrayers().contains(Prayer::yatsi));
+    EXPECT_FALSE(model->setting(Settings::notifiedPrayers).contains(Prayer::yatsi));
     EXPECT_FALSE(yatsiPending());
 }
 
@@ -393,19 +393,19 @@ TEST_F(SettingsViewTest, KerahatControlsRestWhileTheDisplayIsOff)
     KerahatSettingsView view(*model);
     EXPECT_TRUE(view.dotSwitch()->isEnabled());
     view.showSwitch()->click();
-    EXPECT_FALSE(model->showKerahat());
+    EXPECT_FALSE(model->setting(Settings::showKerahat));
     for (QWidget *control : {static_cast<QWidget *>(view.dotSwitch()), static_cast<QWidget *>(view.notifySwitch()),
                              static_cast<QWidget *>(view.minutesPicker())})
         EXPECT_FALSE(control->isEnabled());
     EXPECT_FALSE(view.dotSwitch()->isChecked());
     EXPECT_EQ(view.minutesPicker()->currentText(), "50 dakika");
-    EXPECT_EQ(model->kerahatMinutes(), 50);
+    EXPECT_EQ(model->setting(Settings::kerahatMinutes), 50);
 
     view.showSwitch()->click();
     EXPECT_TRUE(view.minutesPicker()->isEnabled());
     view.minutesPicker()->setCurrentIndex(0);
     emit view.minutesPicker()->activated(0);
-    EXPECT_EQ(model->kerahatMinutes(), 40);
+    EXPECT_EQ(model->setting(Settings::kerahatMinutes), 40);
 }
 
 TEST_F(SettingsViewTest, TheWindowNamesItsTabsAndControlsForScreenReaders)
@@ -443,8 +443,9 @@ TEST_F(SettingsViewTest, MinuteAndHijriCorrectionsReachTheTimesShown)
     QSignalSpy loaded(model.get(), &AppModel::loadFinished);
     imsak->setValue(-3);
     ASSERT_TRUE(loaded.wait(waitMs));
-    EXPECT_EQ(model->timesOptions().adjustment(Prayer::imsak), -3);
-    const DayTimes computed = PrayerCalculator::times({2026, 3, 10}, model->location(), model->method());
+    EXPECT_EQ(model->setting(Settings::timesOptions).adjustment(Prayer::imsak), -3);
+    const DayTimes computed
+        = PrayerCalculator::times({2026, 3, 10}, model->setting(Settings::location), model->setting(Settings::method));
     EXPECT_EQ((*model->today())[Prayer::imsak], computed[Prayer::imsak] - 180);
     EXPECT_EQ((*model->today())[Prayer::gunes], computed[Prayer::gunes]);
 
@@ -452,7 +453,7 @@ TEST_F(SettingsViewTest, MinuteAndHijriCorrectionsReachTheTimesShown)
     ASSERT_TRUE(loaded.wait(waitMs));
     EXPECT_EQ(hijri->text(), "+1 gün");
     EXPECT_EQ(model->today()->hijri->day, computed.hijri->day + 1);
-    EXPECT_EQ(Settings::timesOptions.read(), model->timesOptions());
+    EXPECT_EQ(Settings::timesOptions.read(), model->setting(Settings::timesOptions));
 
     // Set elsewhere (the command line's settings file), shown here without storing again.
     TimesOptions cleared;
