@@ -52,37 +52,38 @@ struct AppModel::Private {
     MediaPlayers *media = nullptr;
 };
 
-AppModel::AppModel(std::optional<Instant> fixedNow, bool startServices, Services services, QObject *parent)
+AppModel::AppModel(Services services, ModelRun run, ModelVoice voice, QObject *parent)
     : QObject(parent)
     , d(std::make_unique<Private>())
-    , fixedNow_(fixedNow)
+    , voice_(voice)
 {
-    d->clock = services.clock ? std::move(services.clock) : std::make_shared<SystemClock>();
-    d->scheduler = services.scheduler;
+    Q_ASSERT(services.clock);
+    d->clock = std::move(services.clock);
+    d->scheduler = voice == ModelVoice::audible ? services.scheduler : nullptr;
     repository_ = services.repository
         ? std::move(services.repository)
         : std::make_shared<PrayerRepository>(PrayerRepository::defaultCacheDirectory(), AladhanClient());
     player_ = std::make_unique<AdhanPlayer>();
-    now_ = currentTime().floorToMinute();
+    now_ = d->clock->now().floorToMinute();
 
     for (const SettingRow *row : SettingRow::all())
         settings_.push_back(row->load());
     d->media = services.mediaPlayers ? services.mediaPlayers
-                                     : (startServices ? MediaPlayers::createForPlatform(this) : new MediaPlayers(this));
+                                     : (run == ModelRun::live ? MediaPlayers::createForPlatform(this) : new MediaPlayers(this));
     // What the entry sound paused goes on when it ends, however it ends.
-    connect(player_.get(), &AdhanPlayer::isPlayingChanged, this, [this, startServices](bool playing) {
+    connect(player_.get(), &AdhanPlayer::isPlayingChanged, this, [this](bool playing) {
         if (playing)
             return;
         d->media->resumePaused();
         // The notification's "Sesi durdur" goes with the sound (a model without services has
         // shown no notification).
-        if (startServices || d->scheduler)
-            scheduler().soundEnded();
+        if (d->scheduler)
+            d->scheduler->soundEnded();
     });
     d->lastWall = d->clock->now();
     d->lastMonotonic = d->clock->monotonicSeconds();
 
-    if (!startServices)
+    if (run == ModelRun::still)
         return;
     startTickTimer();
     observeSystemEvents(services.systemEvents);
@@ -105,7 +106,7 @@ void AppModel::adoptStoredSettings()
 AppModel::~AppModel()
 {
     if (d->messageSoundLent)
-        scheduler().setMessageSound({});
+        d->scheduler->setMessageSound({});
 }
 
 template <typename T>
@@ -148,15 +149,9 @@ void AppModel::toggleNotification(Prayer prayer)
 
 // Loading and the clock.
 
-Instant AppModel::currentTime() const
+NotificationScheduler *AppModel::notifications() const
 {
-    return fixedNow_ ? *fixedNow_ : d->clock->now();
-}
-
-NotificationScheduler &AppModel::scheduler() const
-{
-    // The shared scheduler talks to the session bus, so it is only made when first needed.
-    return d->scheduler ? *d->scheduler : NotificationScheduler::shared();
+    return d->scheduler;
 }
 
 void AppModel::startTickTimer()
@@ -196,7 +191,7 @@ void AppModel::reload()
     const Location location = setting(Settings::location);
     const CalculationMethod method = setting(Settings::method);
     const TimesOptions options = setting(Settings::timesOptions);
-    const DayKey key = DayKey::from(currentTime(), zone());
+    const DayKey key = DayKey::from(d->clock->now(), zone());
     setLoading(true);
     d->lastOnlineAttempt = d->clock->now();
 
@@ -249,7 +244,7 @@ void AppModel::setLoading(bool loading)
 void AppModel::tick()
 {
     noticeSleep();
-    const Instant minute = currentTime().floorToMinute();
+    const Instant minute = d->clock->now().floorToMinute();
     const bool minuteChanged = assign(now_, minute, &AppModel::nowChanged);
     if (isLoading_ || !today_)
         return;
@@ -280,7 +275,7 @@ void AppModel::noticeSleep()
 
 void AppModel::announceMissed(Instant since)
 {
-    if (fixedNow_ || !today_ || !tomorrow_)
+    if (!d->scheduler || !today_ || !tomorrow_)
         return;
     const std::optional<NotificationRequest> missed =
         NotificationScheduler::missedWhileAsleep(notificationPlan(), since, d->clock->now());
@@ -288,7 +283,7 @@ void AppModel::announceMissed(Instant since)
     if (!missed || missed->identifier == d->lastMissed)
         return;
     d->lastMissed = missed->identifier;
-    scheduler().announce(*missed);
+    d->scheduler->announce(*missed);
 }
 
 NotificationPlan AppModel::notificationPlan() const
@@ -315,16 +310,16 @@ NotificationPlan AppModel::notificationPlan() const
 
 void AppModel::rescheduleNotifications()
 {
-    if (fixedNow_ || !today_ || !tomorrow_)
+    if (!d->scheduler || !today_ || !tomorrow_)
         return;
     const NotificationPlan plan = notificationPlan();
     if (!d->messageSoundLent) {
-        scheduler().setMessageSound([this] { playMessageSound(); });
-        connect(&scheduler(), &NotificationScheduler::stopSoundRequested, player_.get(), &AdhanPlayer::stop);
-        connect(&scheduler(), &NotificationScheduler::openPanelRequested, this, &AppModel::panelRequested);
+        d->scheduler->setMessageSound([this] { playMessageSound(); });
+        connect(d->scheduler, &NotificationScheduler::stopSoundRequested, player_.get(), &AdhanPlayer::stop);
+        connect(d->scheduler, &NotificationScheduler::openPanelRequested, this, &AppModel::panelRequested);
         d->messageSoundLent = true;
     }
-    scheduler().reschedule(plan);
+    d->scheduler->reschedule(plan);
 }
 
 void AppModel::playMessageSound()
@@ -335,7 +330,7 @@ void AppModel::playMessageSound()
 
 void AppModel::playAdhanIfNeeded()
 {
-    if (fixedNow_ || !today_)
+    if (voice_ == ModelVoice::silent || !today_)
         return;
     const std::optional<PrayerStatus> s = status();
     if (!s || !s->current || *s->current == Prayer::gunes || !s->currentTime)

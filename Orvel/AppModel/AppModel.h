@@ -39,14 +39,23 @@ class AdhanPlayer;
 class MediaPlayers;
 class SystemEvents;
 
-// What the model talks to; anything left empty gets the application's own.
+// What the model talks to. The clock is the application's one clock and must be given; anything
+// else left empty gets the application's own.
 struct AppModelServices {
-    std::shared_ptr<const Clock> clock;                 // default: the system clock
+    std::shared_ptr<const Clock> clock;
     std::shared_ptr<PrayerRepository> repository;       // default: cache folder + web client
-    NotificationScheduler *scheduler = nullptr;         // default: NotificationScheduler::shared()
+    NotificationScheduler *scheduler = nullptr;         // where notices go; a silent model needs none
     SystemEvents *systemEvents = nullptr;               // default: the platform's (wake, clock, zone)
-    MediaPlayers *mediaPlayers = nullptr;               // default: the platform's (none without services)
+    MediaPlayers *mediaPlayers = nullptr;               // default: the platform's when live, else none
 };
+
+// Whether the model sets itself going: the minute timer, the system's events, the desktop's media
+// players and a first load (`live`), or waits to be driven (`still`: snapshots and tests).
+enum class ModelRun { live, still };
+
+// Whether the model speaks: notifications, the entry sound and the notice after a sleep. The
+// snapshot's model, and views under test, are silent.
+enum class ModelVoice { audible, silent };
 
 // The one object holding the application's state: the settings, today's and tomorrow's times,
 // where they came from, and the current minute. Lives on the UI thread. Every setter stores the
@@ -61,7 +70,7 @@ public:
     static constexpr int prefetchFromDay = 25;
     static constexpr int prefetchLookAheadDays = 10;
 
-    AppModel(std::optional<Instant> fixedNow, bool startServices, Services services = {}, QObject *parent = nullptr);
+    AppModel(Services services, ModelRun run, ModelVoice voice, QObject *parent = nullptr);
     ~AppModel() override;
 
     // Settings (persisted): each one's value, and one way to change it that checks the value,
@@ -90,9 +99,10 @@ public:
     TimesSource source() const { return source_; }
     bool isLoading() const { return isLoading_; }
     Instant now() const { return now_; }
-    const std::optional<Instant> &fixedNow() const { return fixedNow_; }
     PrayerRepository &repository() const { return *repository_; }
     AdhanPlayer &player() const { return *player_; }
+    // Where notices go; none for a silent model.
+    NotificationScheduler *notifications() const;
 
     // Derived values, computed on each reading.
     TimeZone zone() const;                 // the place's zone, else the machine's
@@ -150,8 +160,6 @@ signals:
 private:
     struct Private;
 
-    Instant currentTime() const;
-    NotificationScheduler &scheduler() const;
     void startTickTimer();
     void observeSystemEvents(SystemEvents *events);
     void applyLoad(const PrayerRepository::Answer &answer);
@@ -184,7 +192,7 @@ private:
     TimesSource source_ = TimesSource::online;
     bool isLoading_ = false;
     Instant now_;
-    std::optional<Instant> fixedNow_;
+    ModelVoice voice_;
     std::shared_ptr<PrayerRepository> repository_;
     std::unique_ptr<AdhanPlayer> player_;
 };

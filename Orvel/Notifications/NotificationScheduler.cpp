@@ -5,7 +5,6 @@
 #include "NotificationBackend.h"
 #include "OrvelFormat.h"
 
-#include <QCoreApplication>
 #include <QTimer>
 
 #include <algorithm>
@@ -153,14 +152,6 @@ NotificationScheduler::NotificationScheduler(std::shared_ptr<NotificationBackend
 
 NotificationScheduler::~NotificationScheduler() = default;
 
-NotificationScheduler &NotificationScheduler::shared()
-{
-    // Owned by the application object, so that it goes before the bus connection does.
-    static NotificationScheduler *const scheduler = new NotificationScheduler(
-        NotificationBackend::platformDefault(), std::make_shared<SystemClock>(), QCoreApplication::instance());
-    return *scheduler;
-}
-
 void NotificationScheduler::setMessageSound(std::function<void()> play)
 {
     d->backend->setMessageSound(std::move(play));
@@ -282,14 +273,14 @@ bool NotificationScheduler::isDenied() const
     return !d->backend->isAvailable();
 }
 
-void NotificationScheduler::openSystemSettings()
+void NotificationScheduler::openSystemSettings() const
 {
-    shared().d->backend->openSettings();
+    d->backend->openSettings();
 }
 
-bool NotificationScheduler::canOpenSystemSettings()
+bool NotificationScheduler::canOpenSystemSettings() const
 {
-    return shared().d->backend->canOpenSettings();
+    return d->backend->canOpenSettings();
 }
 
 void NotificationScheduler::replacePending(const NotificationPlan &plan)

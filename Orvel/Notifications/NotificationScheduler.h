@@ -60,9 +60,6 @@ public:
                           QObject *parent = nullptr);
     ~NotificationScheduler() override;
 
-    // The application's one scheduler (freedesktop backend, system clock), made on first use.
-    static NotificationScheduler &shared();
-
     // Replaces every pending request with the plan's; supersedes a running call. Returns at once:
     // the new set is in place on the next turn of the event loop.
     void reschedule(const NotificationPlan &plan);
@@ -85,8 +82,8 @@ public:
     // True when no notification service is on the session bus.
     bool isDenied() const;
     // Opens the desktop's notification settings when a tool for them is installed.
-    static void openSystemSettings();
-    static bool canOpenSystemSettings();
+    void openSystemSettings() const;
+    bool canOpenSystemSettings() const;
 
 signals:
     void pendingChanged();

@@ -31,7 +31,7 @@ inline const Setting<Location> location{"location", Location::istanbul(), Effect
 inline const Setting<CalculationMethod> method{"method", CalculationMethod::diyanet, Effect::reload};
 // What the tray item shows; earlier versions stored it as "menuBarStyle".
 inline const Setting<TrayStyle> trayStyle{"trayStyle", TrayStyle::nameAndRemaining, Effect::none, nullptr,
-                                                {"menuBarStyle"}};
+                                          {"menuBarStyle"}};
 inline const Setting<std::set<Prayer::Value>> notifiedPrayers{
     "notified", {Prayer::imsak, Prayer::ogle, Prayer::ikindi, Prayer::aksam, Prayer::yatsi},
     Effect::reschedule | Effect::recheck};

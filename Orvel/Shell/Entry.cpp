@@ -5,6 +5,9 @@
 #include "DiyanetCalendar.h"
 #include "Gazetteer.h"
 #include "Autostart.h"
+#include "Clock.h"
+#include "NotificationBackend.h"
+#include "NotificationScheduler.h"
 #include "OrvelApp.h"
 #include "PrayerRepository.h"
 #include "QtTurkish.h"
@@ -80,7 +83,13 @@ int runApplication(int argc, char **argv)
 
     Autostart::migrate();
     DiyanetCalendar::keepMonthStartsIn(PrayerRepository::defaultCacheDirectory() / DiyanetCalendar::storeFileName);
-    OrvelApp app(std::make_unique<AppModel>(std::nullopt, true), StatusItem::create());
+    // The application's one clock, for the model and the notices alike. The scheduler belongs to
+    // the application object, so that it goes before the bus connection does.
+    const auto clock = std::make_shared<SystemClock>();
+    auto *scheduler = new NotificationScheduler(NotificationBackend::platformDefault(), clock, &application);
+    OrvelApp app(std::make_unique<AppModel>(AppModel::Services{clock, nullptr, scheduler}, ModelRun::live,
+                                            ModelVoice::audible),
+                 StatusItem::create());
     // orvel-cli and other copies write the same store; the running application follows them.
     const SettingsWatcher settingsWatcher(SettingsStore::store().fileName());
     QObject::connect(&settingsWatcher, &SettingsWatcher::changed, &app.model(), &AppModel::adoptStoredSettings);

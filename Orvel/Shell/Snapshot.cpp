@@ -95,6 +95,9 @@ void useSnapshotStore(const QTemporaryDir &scratch)
 AppModel::Services services(const QStringList &arguments, const QTemporaryDir &scratch)
 {
     AppModel::Services services;
+    // The views are drawn at one still minute: the one asked for, else the one the snapshot starts in.
+    const std::optional<Instant> now = parseNow(optionValue(arguments, QStringLiteral("--now")).value_or(QString()));
+    services.clock = std::make_shared<ManualClock>(now ? *now : SystemClock().now());
     // A hidden option for tests: another web service (or a dead one) in place of Aladhan.
     const std::string url = optionValue(arguments, QStringLiteral("--service"))
                                 .value_or(QString::fromUtf8(AladhanClient::defaultBaseURL.data(),
@@ -362,8 +365,7 @@ int run(const QString &outputDirectory, const QStringList &arguments)
     useSnapshotStore(scratch);
     // The store goes before its folder does.
     const auto forgetStore = qScopeGuard([] { SettingsStore::setStore(nullptr); });
-    const QString nowValue = optionValue(arguments, QStringLiteral("--now")).value_or(QString());
-    AppModel model(parseNow(nowValue), false, services(arguments, scratch));
+    AppModel model(services(arguments, scratch), ModelRun::still, ModelVoice::silent);
     if (arguments.contains(QStringLiteral("--uskudar")))
         model.set(Settings::location, uskudar());
     else

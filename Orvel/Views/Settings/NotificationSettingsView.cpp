@@ -57,11 +57,10 @@ NotificationSettingsView::NotificationSettingsView(AppModel &model, Permission p
     , permission_(std::move(permission))
 {
     if (!permission_.isDenied) {
-        // Made here, on the UI thread, before a worker asks it.
-        const NotificationScheduler *scheduler = &NotificationScheduler::shared();
-        permission_.isDenied = [scheduler] { return scheduler->isDenied(); };
-        if (NotificationScheduler::canOpenSystemSettings())
-            permission_.openSettings = &NotificationScheduler::openSystemSettings;
+        const NotificationScheduler *scheduler = model_.notifications();
+        permission_.isDenied = [scheduler] { return scheduler && scheduler->isDenied(); };
+        if (scheduler && scheduler->canOpenSystemSettings())
+            permission_.openSettings = [scheduler] { scheduler->openSystemSettings(); };
     }
 
     auto *column = new QVBoxLayout(this);

@@ -121,10 +121,18 @@ struct Harness {
         useStore(copy);
     }
 
-    std::unique_ptr<AppModel> model(std::optional<Instant> fixedNow = std::nullopt, SystemEvents *events = nullptr)
+    std::unique_ptr<AppModel> model(SystemEvents *events = nullptr)
     {
-        return std::make_unique<AppModel>(fixedNow, events != nullptr,
-                                          AppModel::Services{clock, repository, &scheduler, events});
+        return std::make_unique<AppModel>(AppModel::Services{clock, repository, &scheduler, events},
+                                          events ? ModelRun::live : ModelRun::still, ModelVoice::audible);
+    }
+
+    // A silent model on a clock of its own that stands still at `at`, as the snapshot's does.
+    std::unique_ptr<AppModel> silentModel(Instant at)
+    {
+        return std::make_unique<AppModel>(
+            AppModel::Services{std::make_shared<ManualClock>(at), repository, &scheduler, nullptr}, ModelRun::still,
+            ModelVoice::silent);
     }
 
     QTemporaryDir folder;
@@ -229,7 +237,7 @@ TEST(AppModelClock, OnlyTheNewestLoadIsApplied)
 TEST(AppModelClock, FrozenClockShowsItsOwnMinuteAndSchedulesNothing)
 {
     Harness harness(at(2026, 3, 10, 10, 0));
-    const auto model = harness.model(at(2026, 11, 16, 12, 34, 56));
+    const auto model = harness.silentModel(at(2026, 11, 16, 12, 34, 56));
     EXPECT_EQ(model->dateLine(), QStringLiteral("16 Kasım 2026 Pazartesi")) << "no Hijri date before the load";
     ASSERT_TRUE(reloadAndWait(*model));
     // Diyanet's calendar, the default method's.
@@ -263,7 +271,7 @@ TEST(AppModelClock, SystemEventsStartLoads)
 {
     Harness harness(at(2026, 3, 10, 10, 0));
     SystemEvents events;
-    const auto model = harness.model(std::nullopt, &events);
+    const auto model = harness.model(&events);
     QSignalSpy finished(model.get(), &AppModel::loadFinished);
     ASSERT_TRUE(finished.wait(loadWaitMs)) << "starting the services starts the first load";
     for (const auto signal : {&SystemEvents::wokeFromSleep, &SystemEvents::clockChanged, &SystemEvents::timeZoneChanged}) {
@@ -517,8 +525,8 @@ TEST(AppModelSettings, ATimeThatEnteredWhileAsleepIsToldOnce)
     auto backend = std::make_shared<SilentBackend>();
     NotificationScheduler scheduler(backend, harness.clock);
     SystemEvents events;
-    const auto model = std::make_unique<AppModel>(std::nullopt, true,
-                                                  AppModel::Services{harness.clock, harness.repository, &scheduler, &events});
+    const auto model = std::make_unique<AppModel>(
+        AppModel::Services{harness.clock, harness.repository, &scheduler, &events}, ModelRun::live, ModelVoice::audible);
     ASSERT_TRUE(reloadAndWait(*model));
     model->tick();
     EXPECT_TRUE(backend->shown.empty());
@@ -550,7 +558,8 @@ TEST(AppModelSettings, TheEntrySoundPausesMediaAndResumesIt)
     const DayTimes day = PrayerCalculator::times({2026, 11, 10}, Location::istanbul(), CalculationMethod::diyanet);
     Harness harness(day[Prayer::ogle] - 30);
     const auto model = std::make_unique<AppModel>(
-        std::nullopt, false, AppModel::Services{harness.clock, harness.repository, &harness.scheduler, nullptr, &players});
+        AppModel::Services{harness.clock, harness.repository, &harness.scheduler, nullptr, &players}, ModelRun::still,
+        ModelVoice::audible);
     model->set(Settings::adhanSound, AdhanSound::chime);
     ASSERT_TRUE(reloadAndWait(*model));
     harness.clock->advance(35);
@@ -625,7 +634,7 @@ TEST_F(EntrySound, PlaysOncePerEntryAndNeverOnAFrozenClock)
     set(Prayer::ikindi, 0);
     EXPECT_EQ(starts(), 2);
 
-    const auto frozen = harness.model((*model->today())[Prayer::aksam] + 5);
+    const auto frozen = harness.silentModel((*model->today())[Prayer::aksam] + 5);
     QSignalSpy frozenPlaying(&frozen->player(), &AdhanPlayer::isPlayingChanged);
     frozen->set(Settings::adhanSound, AdhanSound::chime);
     ASSERT_TRUE(reloadAndWait(*frozen));

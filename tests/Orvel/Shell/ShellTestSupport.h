@@ -44,7 +44,7 @@ struct OfflineModel {
             [](MonthKey, const Location &, CalculationMethod) -> std::vector<DayTimes> {
                 throw std::runtime_error("no network");
             });
-        model = std::make_unique<AppModel>(std::nullopt, false, services);
+        model = std::make_unique<AppModel>(services, ModelRun::still, ModelVoice::audible);
         current = model.get();
         QSignalSpy loaded(current, &AppModel::loadFinished);
         current->set(Settings::location, Snapshot::uskudar());

@@ -77,8 +77,9 @@ protected:
 
     std::unique_ptr<AppModel> model(int hour = 12, int minute = 30)
     {
-        return std::make_unique<AppModel>(at(2026, 3, 10, hour, minute), false,
-                                          AppModel::Services{nullptr, repository, nullptr, nullptr});
+        return std::make_unique<AppModel>(
+            AppModel::Services{std::make_shared<ManualClock>(at(2026, 3, 10, hour, minute)), repository},
+            ModelRun::still, ModelVoice::silent);
     }
     std::unique_ptr<AppModel> loadedModel()
     {
@@ -375,7 +376,8 @@ TEST_F(ImsakiyeViewTest, RendersInTheForcedAppearance)
 TEST_F(ImsakiyeViewTest, RamadanPageMovesOnOnceTodaysTimesSayThisOneIsOver)
 {
     // 10 April 2025 is in Şevval; until today's times are loaded the calendar's year stands.
-    AppModel model(at(2025, 4, 10, 12, 0), false, AppModel::Services{nullptr, repository, nullptr, nullptr});
+    AppModel model(AppModel::Services{std::make_shared<ManualClock>(at(2025, 4, 10, 12, 0)), repository},
+                   ModelRun::still, ModelVoice::silent);
     ImsakiyeView view(model, ImsakiyeMode::ramadan);
     ASSERT_TRUE(waitForDays(view));
     EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Ramazan 1446 · 1 Mar – 29 Mar 2025"));

@@ -69,8 +69,9 @@ protected:
 
     std::unique_ptr<AppModel> model(int hour, int minute)
     {
-        return std::make_unique<AppModel>(at(2026, 3, 10, hour, minute), false,
-                                          AppModel::Services{nullptr, repository, nullptr, nullptr});
+        return std::make_unique<AppModel>(
+            AppModel::Services{std::make_shared<ManualClock>(at(2026, 3, 10, hour, minute)), repository},
+            ModelRun::still, ModelVoice::silent);
     }
     static bool loadUskudar(AppModel &model)
     {

@@ -96,7 +96,8 @@ protected:
         SettingsStore::setStore(std::make_unique<QSettings>(folder.filePath("Orvel.conf"), QSettings::IniFormat));
         SoundLibrary::setFolder(folder.filePath("Sounds"));
         qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
-        model = std::make_unique<AppModel>(std::nullopt, false, AppModel::Services{clock, repository, &scheduler, nullptr});
+        model = std::make_unique<AppModel>(AppModel::Services{clock, repository, &scheduler, nullptr}, ModelRun::still,
+                                           ModelVoice::audible);
     }
     ~SettingsViewTest() override
     {
