@@ -52,6 +52,14 @@ struct OfflineModel {
             loaded.wait(10'000);
     }
 
+    // The store lets go of its file before the folder goes; else its last write at exit makes the
+    // folder again.
+    ~OfflineModel()
+    {
+        model.reset();
+        SettingsStore::setStore(nullptr);
+    }
+
     void moveTo(Instant instant)
     {
         clock->set(instant);
