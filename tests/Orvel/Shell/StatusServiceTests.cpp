@@ -1,4 +1,4 @@
-#include "../Notifications/PrivateBus.h"
+#include "PrivateBus.h"
 #include "AdhanPlayer.h"
 #include "DBusStatusService.h"
 #include "OrvelApp.h"

@@ -1,6 +1,6 @@
 #include "QuitSignals.h"
 
-#include "linux/UnixQuitSignals.h"
+#include "UnixQuitSignals.h"
 
 namespace orvel {
 

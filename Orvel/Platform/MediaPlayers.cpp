@@ -1,6 +1,6 @@
 #include "MediaPlayers.h"
 
-#include "linux/MprisPlayers.h"
+#include "MprisPlayers.h"
 
 namespace orvel {
 

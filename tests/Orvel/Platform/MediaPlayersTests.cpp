@@ -1,5 +1,5 @@
-#include "../Notifications/PrivateBus.h"
-#include "linux/MprisPlayers.h"
+#include "PrivateBus.h"
+#include "MprisPlayers.h"
 
 #include <gtest/gtest.h>
 

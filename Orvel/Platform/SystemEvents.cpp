@@ -1,6 +1,6 @@
 #include "SystemEvents.h"
 
-#include "linux/LinuxSystemEvents.h"
+#include "LinuxSystemEvents.h"
 
 namespace orvel {
 

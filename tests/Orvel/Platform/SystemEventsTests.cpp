@@ -1,6 +1,6 @@
-#include "../Notifications/PrivateBus.h"
-#include "linux/LinuxSystemEvents.h"
-#include "linux/UnixQuitSignals.h"
+#include "PrivateBus.h"
+#include "LinuxSystemEvents.h"
+#include "UnixQuitSignals.h"
 
 #include <gtest/gtest.h>
 
