@@ -29,6 +29,23 @@ struct StatusLine {
     bool operator==(const StatusLine &) const = default;
 };
 
+// All that a status item in the desktop's panel shows: the line in the chosen style, and what the
+// icon needs to carry the time left.
+struct StatusItemContent {
+    StatusLine line;
+    TrayStyle style = TrayStyle::nameAndRemaining;
+    std::optional<bool> iconRemaining;       // the user's choice; none leaves it to the panel
+    std::optional<int64_t> minutesRemaining; // to the next time; none while nothing is loaded
+
+    // Whether the icon carries the time left: never in the icon-only style, else the user's
+    // choice when made, else only where the panel shows no title beside the icon.
+    bool showsIconRemaining(bool panelShowsLabel) const
+    {
+        return style != TrayStyle::iconOnly && iconRemaining.value_or(!panelShowsLabel);
+    }
+    bool operator==(const StatusItemContent &) const = default;
+};
+
 // The moment's facts that StatusLine is made from.
 struct StatusFacts {
     std::optional<PrayerStatus> status; // none while nothing is loaded

@@ -450,6 +450,13 @@ StatusLine AppModel::statusLine(TrayStyle style) const
     return StatusText::line(settings, now_, today_, tomorrow_, zone());
 }
 
+StatusItemContent AppModel::statusItemContent() const
+{
+    const std::optional<PrayerStatus> now = status();
+    return {statusLine(), setting(Settings::trayStyle), setting(Settings::iconRemaining),
+            now ? std::optional(now->minutesRemaining) : std::nullopt};
+}
+
 StatusImage::Image AppModel::trayImage(TrayStyle style, bool forceKerahatDot, qreal devicePixelRatio) const
 {
     const StatusLine line = statusLine(style);

@@ -122,12 +122,11 @@ public:
     // The status image of a style (the snapshot draws every style), and the spoken label.
     StatusImage::Image trayImage(TrayStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
     QString accessibilityLabel() const;
-    // Whether the tray icon carries the time left: never in the "Yalnız simge" style, else the
-    // setting when chosen, else only where the panel shows no title beside the icon.
+    // What the status item in the desktop's panel shows now.
+    StatusItemContent statusItemContent() const;
     bool showsIconRemaining(bool panelShowsLabel) const
     {
-        const TrayStyle style = setting(Settings::trayStyle);
-        return style != TrayStyle::iconOnly && setting(Settings::iconRemaining).value_or(!panelShowsLabel);
+        return statusItemContent().showsIconRemaining(panelShowsLabel);
     }
 
     // Takes on what another program stored in the settings (orvel-cli choosing a place), as if

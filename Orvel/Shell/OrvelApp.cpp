@@ -59,13 +59,13 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
     });
     connect(statusItem_.get(), &StatusItem::availabilityChanged, this, &OrvelApp::followStatusItem);
     connect(model_.get(), &AppModel::changed, this, [this] {
-        statusItem_->update(*model_);
+        statusItem_->update(model_->statusItemContent());
         trayMenu_->update();
     });
     connect(model_.get(), &AppModel::panelRequested, this, &OrvelApp::showPanel);
     // The tray picture follows the desktop's light or dark look.
     qApp->installEventFilter(this);
-    statusItem_->update(*model_);
+    statusItem_->update(model_->statusItemContent());
 }
 
 OrvelApp::~OrvelApp()
@@ -158,7 +158,7 @@ QRect OrvelApp::anchor(QPoint position) const
 bool OrvelApp::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
-        statusItem_->update(*model_);
+        statusItem_->update(model_->statusItemContent());
     return QObject::eventFilter(watched, event);
 }
 

@@ -1,7 +1,6 @@
 #include "DBusStatusItem.h"
 
 #include "AppIcon.h"
-#include "AppModel.h"
 #include "DBusMenu.h"
 #include "StatusNotifierItem.h"
 #include "StatusText.h"
@@ -144,8 +143,8 @@ void DBusStatusItem::followPanelColors()
     if (colors == panelColors_)
         return;
     panelColors_ = colors;
-    if (model_)
-        update(*model_);
+    if (content_)
+        update(*content_);
 }
 
 DBusStatusItem::~DBusStatusItem()
@@ -193,8 +192,8 @@ void DBusStatusItem::show()
     item_->setIconThemePath(writeSymbolicIcons());
     // The named icon can be offered now that its folder is written.
     picture_.reset();
-    if (model_)
-        update(*model_);
+    if (content_)
+        update(*content_);
     registerWithWatcher();
 }
 
@@ -208,12 +207,12 @@ void DBusStatusItem::registerWithWatcher()
     connection_.asyncCall(call);
 }
 
-void DBusStatusItem::update(const AppModel &model)
+void DBusStatusItem::update(const StatusItemContent &content)
 {
-    model_ = &model;
-    const StatusLine line = model.statusLine();
+    content_ = content;
+    const StatusLine &line = content.line;
     const QColor ink = panelColors_ ? panelColors_->text : TrayPicture::ink(Colors::current());
-    const Picture picture{TrayPicture::face(model, panelShowsLabel_), ink};
+    const Picture picture{TrayPicture::face(content, panelShowsLabel_), ink};
     if (picture != picture_) {
         SniPixmaps pixmaps;
         for (const int size : iconSizes)
@@ -225,7 +224,7 @@ void DBusStatusItem::update(const AppModel &model)
         ++redrawCount_;
     }
     item_->setToolTipText(QString::fromStdString(line.label));
-    item_->setLabel(QString::fromStdString(line.text), labelGuide(model.setting(Settings::trayStyle)));
+    item_->setLabel(QString::fromStdString(line.text), labelGuide(content.style));
 }
 
 bool DBusStatusItem::offersIconName(const TrayPicture::Face &face, bool panelShowsLabel, bool panelRecolours)

@@ -37,7 +37,7 @@ public:
 
     bool isAvailable() const override;
     void show() override;
-    void update(const AppModel &model) override;
+    void update(const StatusItemContent &content) override;
     void setMenu(QMenu *menu) override;
     QRect geometry() const override { return {}; }
     bool panelShowsLabel() const override { return panelShowsLabel_; }
@@ -77,7 +77,7 @@ private:
     std::optional<Picture> picture_;
     std::optional<PanelColors::Palette> panelColors_;
     QFileSystemWatcher *colorsWatcher_ = nullptr;
-    const AppModel *model_ = nullptr;
+    std::optional<StatusItemContent> content_; // the last shown, drawn again when the panel changes
     int redrawCount_ = 0;
 };
 

@@ -10,7 +10,7 @@ class QMenu;
 
 namespace orvel {
 
-class AppModel;
+struct StatusItemContent;
 
 // The application's place in the desktop panel: a picture and a spoken label that follow the
 // model, a click that opens the panel, and a context menu. Each desktop gets its own kind.
@@ -26,8 +26,8 @@ public:
     // False where the desktop has no place for status items.
     virtual bool isAvailable() const = 0;
     virtual void show() = 0;
-    // Redraws from the model; leaves the item alone when neither picture nor label changed.
-    virtual void update(const AppModel &model) = 0;
+    // Shows the content; leaves the item alone when neither picture nor label changed.
+    virtual void update(const StatusItemContent &content) = 0;
     // The menu stays owned by the caller.
     virtual void setMenu(QMenu *menu) = 0;
     // Where the item is on screen; an empty rectangle when the host does not say.

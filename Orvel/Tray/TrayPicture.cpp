@@ -1,6 +1,5 @@
 #include "TrayPicture.h"
 
-#include "AppModel.h"
 #include "Symbols.h"
 
 #include <QFontInfo>
@@ -105,14 +104,13 @@ QString remainingText(int64_t minutes)
     return QString::number(minutes / hour) + QStringLiteral("sa");
 }
 
-Face face(const AppModel &model, bool panelShowsLabel)
+Face face(const StatusItemContent &content, bool panelShowsLabel)
 {
-    const StatusLine line = model.statusLine();
-    Face face{line.state, {}};
-    if (line.state == State::entry || !model.showsIconRemaining(panelShowsLabel))
+    Face face{content.line.state, {}};
+    if (content.line.state == State::entry || !content.showsIconRemaining(panelShowsLabel))
         return face;
-    if (const std::optional<PrayerStatus> status = model.status())
-        face.remaining = remainingText(status->minutesRemaining);
+    if (content.minutesRemaining)
+        face.remaining = remainingText(*content.minutesRemaining);
     return face;
 }
 

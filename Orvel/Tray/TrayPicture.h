@@ -12,8 +12,6 @@
 
 namespace orvel {
 
-class AppModel;
-
 // The square picture for system trays, which pad every icon to a square: the crescent, with the
 // kerahat dot or the green entry disc drawn in, and where the panel shows no title beside the
 // icon, the time left under the crescent.
@@ -33,9 +31,9 @@ struct Face {
 // the whole hours with "sa" for saat ("1sa" from 1:40 on, "12sa"); never "s", which reads as
 // saniye.
 QString remainingText(int64_t minutes);
-// The model's face now; the time left only when the model wants it for this panel, and never in
-// the entry minute, whose green disc says more.
-Face face(const AppModel &model, bool panelShowsLabel);
+// The face of the content; the time left only when it is wanted for this panel, and never in the
+// entry minute, whose green disc says more.
+Face face(const StatusItemContent &content, bool panelShowsLabel);
 
 // The crescent and digits in `ink`, the panel's text colour; the kerahat orange and the entry
 // disc keep their own colours, the orange in its shade for a panel as dark as `ink` is light.

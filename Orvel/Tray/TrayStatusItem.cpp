@@ -1,6 +1,6 @@
 #include "TrayStatusItem.h"
 
-#include "AppModel.h"
+#include "StatusText.h"
 
 #include <QSystemTrayIcon>
 
@@ -28,10 +28,10 @@ void TrayStatusItem::show()
     tray_->show();
 }
 
-void TrayStatusItem::update(const AppModel &model)
+void TrayStatusItem::update(const StatusItemContent &content)
 {
-    const StatusLine line = model.statusLine();
-    const Picture picture{TrayPicture::face(model, panelShowsLabel()), Colors::current()};
+    const StatusLine &line = content.line;
+    const Picture picture{TrayPicture::face(content, panelShowsLabel()), Colors::current()};
     if (picture != picture_) {
         tray_->setIcon(TrayPicture::icon(picture.face, picture.appearance));
         picture_ = picture;

@@ -21,7 +21,7 @@ public:
 
     bool isAvailable() const override;
     void show() override;
-    void update(const AppModel &model) override;
+    void update(const StatusItemContent &content) override;
     void setMenu(QMenu *menu) override;
     QRect geometry() const override;
 

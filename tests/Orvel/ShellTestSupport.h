@@ -72,7 +72,7 @@ struct FakeStatusItem : StatusItem {
     explicit FakeStatusItem(bool available) : available(available) {}
     bool isAvailable() const override { return available; }
     void show() override { shown = true; }
-    void update(const AppModel &) override { ++updates; }
+    void update(const StatusItemContent &) override { ++updates; }
     void setMenu(QMenu *items) override { menu = items; }
     QRect geometry() const override { return {600, 0, 24, 24}; }
 

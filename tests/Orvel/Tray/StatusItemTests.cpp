@@ -204,7 +204,7 @@ TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
     menu.addSeparator();
     menu.addAction("Çık");
     item.setMenu(&menu);
-    item.update(model);
+    item.update(model.statusItemContent());
     item.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher.registered().isEmpty(); }, 5000));
     // A watcher that appears just before the item shows may hear of it twice; it keeps one.
@@ -230,10 +230,10 @@ TEST(DBusStatusItem, ServesPictureLabelTooltipAndMenuOverDBus)
     panelSide.connect(service, path, sni, "NewIcon", &watcher, SLOT(newIcon()));
     panelSide.connect(service, path, sni, "XAyatanaNewLabel", &watcher, SLOT(newLabel(QString, QString)));
     offline.moveTo(start + 60);
-    item.update(model);
+    item.update(model.statusItemContent());
     EXPECT_TRUE(QTest::qWaitFor([&] { return watcher.labels == 1; }, 5000));
     offline.moveTo(day[Prayer::ikindi] + 10);
-    item.update(model);
+    item.update(model.statusItemContent());
     EXPECT_TRUE(QTest::qWaitFor([&] { return watcher.icons == 1; }, 5000));
     EXPECT_EQ(property(panelSide, service, "XAyatanaLabel").toString(), "İkindi vakti");
     EXPECT_TRUE(QTest::qWaitFor([&] { return watcher.labels == 2; }, 5000));
@@ -367,23 +367,23 @@ TEST(TrayPicture, TimeLeftWhereThePanelShowsNoTitle)
     test::OfflineModel offline(day[Prayer::ikindi] - 49 * 60);
     AppModel &model = *offline.model;
     EXPECT_EQ(model.setting(Settings::iconRemaining), std::nullopt);
-    EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::normal, "49"}));
-    EXPECT_EQ(TrayPicture::face(model, true), (TrayPicture::Face{TrayPicture::State::normal, ""}));
+    EXPECT_EQ(TrayPicture::face(model.statusItemContent(), false), (TrayPicture::Face{TrayPicture::State::normal, "49"}));
+    EXPECT_EQ(TrayPicture::face(model.statusItemContent(), true), (TrayPicture::Face{TrayPicture::State::normal, ""}));
     model.set(Settings::iconRemaining, true);
-    EXPECT_EQ(TrayPicture::face(model, true).remaining, "49");
+    EXPECT_EQ(TrayPicture::face(model.statusItemContent(), true).remaining, "49");
     model.set(Settings::iconRemaining, false);
-    EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
+    EXPECT_EQ(TrayPicture::face(model.statusItemContent(), false).remaining, "");
     model.set(Settings::iconRemaining, std::nullopt);
     // The entry minute has its green disc alone.
     offline.moveTo(day[Prayer::ikindi] + 5);
-    EXPECT_EQ(TrayPicture::face(model, false), (TrayPicture::Face{TrayPicture::State::entry, ""}));
+    EXPECT_EQ(TrayPicture::face(model.statusItemContent(), false), (TrayPicture::Face{TrayPicture::State::entry, ""}));
     // Then the hours to Akşam.
     offline.moveTo(day[Prayer::ikindi] + 65);
-    EXPECT_TRUE(TrayPicture::face(model, false).remaining.endsWith(QStringLiteral("sa")));
+    EXPECT_TRUE(TrayPicture::face(model.statusItemContent(), false).remaining.endsWith(QStringLiteral("sa")));
     // "Yalnız simge" is the icon alone, whatever the switch says.
     model.set(Settings::iconRemaining, true);
     model.set(Settings::trayStyle, TrayStyle::iconOnly);
-    EXPECT_EQ(TrayPicture::face(model, false).remaining, "");
+    EXPECT_EQ(TrayPicture::face(model.statusItemContent(), false).remaining, "");
 }
 
 TEST(DBusStatusItem, NamedIconsOnlyWherePanelsDrawThem)
@@ -492,7 +492,7 @@ TEST(DBusStatusItem, LegibleOnGnomeAndOnBothBreezePanels)
         // gnome-shell, so the setting says so instead.
         model.set(Settings::iconRemaining, false);
         DBusStatusItem gnome(panel.orvelSide);
-        gnome.update(model);
+        gnome.update(model.statusItemContent());
         gnome.show();
         const QString name = property(panel.panelSide, gnome.serviceName(), "IconName").toString();
         EXPECT_TRUE(name.endsWith("-symbolic"));
@@ -507,7 +507,7 @@ TEST(DBusStatusItem, LegibleOnGnomeAndOnBothBreezePanels)
     qputenv("XDG_CURRENT_DESKTOP", "KDE");
     writeScheme(PanelColors::breezeDark());
     DBusStatusItem kde(panel.orvelSide);
-    kde.update(model);
+    kde.update(model.statusItemContent());
     kde.show();
     const QString service = kde.serviceName();
     // Plasma shows no title, so the digits are in the pixels and no named icon hides them.
@@ -521,7 +521,7 @@ TEST(DBusStatusItem, LegibleOnGnomeAndOnBothBreezePanels)
     QList<QByteArray> faces;
     for (const int minutes : {119, 90, 60}) {
         offline.moveTo(day[Prayer::aksam] - minutes * 60);
-        kde.update(model);
+        kde.update(model.statusItemContent());
         faces << pixels(service).argb;
     }
     EXPECT_NE(faces[0], faces[1]);
@@ -557,7 +557,7 @@ TEST(TrayStatusItem, FollowsTheModelAndRedrawsOnlyOnChange)
     Colors::forceAppearance(Appearance::light);
     TrayStatusItem item;
     const auto expect = [&](TrayPicture::State state, int redraws) {
-        item.update(model);
+        item.update(model.statusItemContent());
         EXPECT_EQ(model.statusLine().state, state);
         EXPECT_EQ(item.redrawCount(), redraws);
         EXPECT_EQ(item.toolTip(), model.accessibilityLabel());
