@@ -1,6 +1,7 @@
 #include "AppModel.h"
 
 #include "AdhanPlayer.h"
+#include "Calendars.h"
 #include "MediaPlayers.h"
 #include "NotificationScheduler.h"
 #include "OrvelFormat.h"
@@ -68,8 +69,7 @@ AppModel::AppModel(Services services, ModelRun run, ModelVoice voice, QObject *p
 
     for (const SettingRow *row : SettingRow::all())
         settings_.push_back(row->load());
-    d->media = services.mediaPlayers ? services.mediaPlayers
-                                     : (run == ModelRun::live ? MediaPlayers::createForPlatform(this) : new MediaPlayers(this));
+    d->media = services.mediaPlayers ? services.mediaPlayers : new MediaPlayers(this);
     // What the entry sound paused goes on when it ends, however it ends.
     connect(player_.get(), &AdhanPlayer::isPlayingChanged, this, [this](bool playing) {
         if (playing)
@@ -172,7 +172,9 @@ void AppModel::startTickTimer()
 
 void AppModel::observeSystemEvents(SystemEvents *events)
 {
-    SystemEvents *source = events ? events : SystemEvents::createForPlatform(this);
+    if (!events)
+        return;
+    SystemEvents *source = events;
     connect(source, &SystemEvents::wokeFromSleep, this, [this] {
         noticeSleep();
         reload();
@@ -455,6 +457,23 @@ StatusItemContent AppModel::statusItemContent() const
     const std::optional<PrayerStatus> now = status();
     return {statusLine(), setting(Settings::trayStyle), setting(Settings::iconRemaining),
             now ? std::optional(now->minutesRemaining) : std::nullopt};
+}
+
+PublishedStatus AppModel::publishedStatus() const
+{
+    const TrayStyle chosen = setting(Settings::trayStyle);
+    const TrayStyle style = chosen == TrayStyle::iconOnly ? TrayStyle(TrayStyle::nameAndRemaining) : chosen;
+    const StatusLine line = statusLine(style);
+    PublishedStatus published;
+    published.title = qt(line.text);
+    published.label = qt(line.label);
+    published.state = QString::fromUtf8(StatusText::stateName(line.state));
+    if (const std::optional<PrayerStatus> now = status()) {
+        published.nextName = QString::fromUtf8(now->next.displayName(nextIsRamadan()));
+        published.nextMoment = QString::fromStdString(Calendars::iso8601(now->nextTime, zone()));
+    }
+    published.playing = player_->isPlaying();
+    return published;
 }
 
 StatusImage::Image AppModel::trayImage(TrayStyle style, bool forceKerahatDot, qreal devicePixelRatio) const

@@ -14,6 +14,7 @@
 #include "PrayerSchedule.h"
 #include "QuietHours.h"
 #include "Settings.h"
+#include "StatusService.h"
 #include "StatusText.h"
 #include "StatusImage.h"
 #include "TimeZone.h"
@@ -45,12 +46,12 @@ struct AppModelServices {
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<PrayerRepository> repository;       // default: cache folder + web client
     NotificationScheduler *scheduler = nullptr;         // where notices go; a silent model needs none
-    SystemEvents *systemEvents = nullptr;               // default: the platform's (wake, clock, zone)
-    MediaPlayers *mediaPlayers = nullptr;               // default: the platform's when live, else none
+    SystemEvents *systemEvents = nullptr;               // sleep, clock and zone changes; none: never
+    MediaPlayers *mediaPlayers = nullptr;               // paused by the entry sound; none: nothing
 };
 
-// Whether the model sets itself going: the minute timer, the system's events, the desktop's media
-// players and a first load (`live`), or waits to be driven (`still`: snapshots and tests).
+// Whether the model sets itself going: the minute timer, the system's events and a first load
+// (`live`), or waits to be driven (`still`: snapshots and tests).
 enum class ModelRun { live, still };
 
 // Whether the model speaks: notifications, the entry sound and the notice after a sleep. The
@@ -122,6 +123,10 @@ public:
     // The status image of a style (the snapshot draws every style), and the spoken label.
     StatusImage::Image trayImage(TrayStyle style, bool forceKerahatDot, qreal devicePixelRatio = 1.0) const;
     QString accessibilityLabel() const;
+    // What Orvel tells panels and scripts outside it. With the icon-only style the title still
+    // carries words: a panel that asks for the title has room for them; the choice concerns
+    // Orvel's own icon.
+    PublishedStatus publishedStatus() const;
     // What the status item in the desktop's panel shows now.
     StatusItemContent statusItemContent() const;
     bool showsIconRemaining(bool panelShowsLabel) const

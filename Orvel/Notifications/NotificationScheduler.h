@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "DayTimes.h"
+#include "NotificationBackend.h"
 #include "Kerahat.h"
 #include "Location.h"
 #include "Prayer.h"
@@ -18,7 +19,6 @@
 namespace orvel {
 
 class Clock;
-class NotificationBackend;
 
 // What one rescheduling is built from.
 struct NotificationPlan {
@@ -33,19 +33,6 @@ struct NotificationPlan {
     bool ramadanMode = true;
     // "Cuma hatırlatması": minutes before Öğle on Fridays; 0 is off.
     int64_t fridayMinutes = 0;
-};
-
-// One pending notification.
-struct NotificationRequest {
-    QString identifier;
-    QString title;
-    QString body;
-    bool defaultSound = false;
-    Instant fireAt;
-    // Orvel's own sound plays with it: the notification offers "Sesi durdur".
-    bool offersStop = false;
-
-    bool operator==(const NotificationRequest &) const = default;
 };
 
 // Turns the loaded days and the notification settings into pending notifications, and fires

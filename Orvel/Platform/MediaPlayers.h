@@ -5,16 +5,14 @@
 
 namespace orvel {
 
-// The desktop's media players, paused while the entry sound plays and resumed after it. Each
-// platform has its own; where there is none, nothing is paused.
+// The desktop's media players, paused while the entry sound plays and resumed after it. This
+// base pauses nothing; the platform's players come from Platform.
 class MediaPlayers : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
-    // The platform's players (Linux and the BSDs: MPRIS on the session bus).
-    static MediaPlayers *createForPlatform(QObject *parent = nullptr);
 
     // Pauses every player that is playing and remembers exactly those.
     virtual void pausePlaying() {}

@@ -13,8 +13,6 @@ class QuitSignals : public QObject {
 public:
     using QObject::QObject;
 
-    // The platform's source; where there is none, nothing is ever asked.
-    static QuitSignals *createForPlatform(QObject *parent = nullptr);
 
 signals:
     void quitRequested();

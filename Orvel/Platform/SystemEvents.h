@@ -4,16 +4,14 @@
 
 namespace orvel {
 
-// The system events after which the times must be loaded again. Each platform has its own
-// source; a source that is missing (no system bus in a container) simply never fires.
+// The system events after which the times must be loaded again. This base never fires, like a
+// source that is missing (no system bus in a container); the platform's comes from Platform.
 class SystemEvents : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
-    // The platform's events (Linux: logind sleep, timerfd clock change, /etc/localtime).
-    static SystemEvents *createForPlatform(QObject *parent = nullptr);
 
 signals:
     void wokeFromSleep();

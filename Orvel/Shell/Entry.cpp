@@ -6,9 +6,9 @@
 #include "Gazetteer.h"
 #include "Autostart.h"
 #include "Clock.h"
-#include "NotificationBackend.h"
 #include "NotificationScheduler.h"
 #include "OrvelApp.h"
+#include "Platform.h"
 #include "PrayerRepository.h"
 #include "QtTurkish.h"
 #include "QuitSignals.h"
@@ -17,6 +17,8 @@
 #include "Snapshot.h"
 #include "StatusItem.h"
 #include "StatusService.h"
+#include "SystemEvents.h"
+#include "MediaPlayers.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -83,19 +85,20 @@ int runApplication(int argc, char **argv)
 
     Autostart::migrate();
     DiyanetCalendar::keepMonthStartsIn(PrayerRepository::defaultCacheDirectory() / DiyanetCalendar::storeFileName);
-    // The application's one clock, for the model and the notices alike. The scheduler belongs to
-    // the application object, so that it goes before the bus connection does.
+    // The application's one clock, for the model and the notices alike, and the desktop's
+    // services. They belong to the application object, so that they go before the bus
+    // connection does.
     const auto clock = std::make_shared<SystemClock>();
-    auto *scheduler = new NotificationScheduler(NotificationBackend::platformDefault(), clock, &application);
-    OrvelApp app(std::make_unique<AppModel>(AppModel::Services{clock, nullptr, scheduler}, ModelRun::live,
-                                            ModelVoice::audible),
-                 StatusItem::create());
+    auto *scheduler = new NotificationScheduler(Platform::notifications(), clock, &application);
+    const AppModel::Services services{clock, nullptr, scheduler, Platform::systemEvents(&application),
+                                      Platform::mediaPlayers(&application)};
+    OrvelApp app(std::make_unique<AppModel>(services, ModelRun::live, ModelVoice::audible), Platform::statusItem());
     // orvel-cli and other copies write the same store; the running application follows them.
     const SettingsWatcher settingsWatcher(SettingsStore::store().fileName());
     QObject::connect(&settingsWatcher, &SettingsWatcher::changed, &app.model(), &AppModel::adoptStoredSettings);
     QObject::connect(&instance, &SingleInstance::showRequested, &app, &OrvelApp::showPanel);
-    app.publishTo(*StatusService::createForPlatform(&app));
-    const QuitSignals *quitSignals = QuitSignals::createForPlatform(&application);
+    app.publishTo(*Platform::statusService(&app));
+    const QuitSignals *quitSignals = Platform::quitSignals(&application);
     QObject::connect(quitSignals, &QuitSignals::quitRequested, &application, &QCoreApplication::quit);
     app.start();
     return application.exec();

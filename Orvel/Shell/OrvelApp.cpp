@@ -19,7 +19,8 @@
 
 namespace orvel {
 
-OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> statusItem, QObject *parent)
+OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> statusItem,
+                   LocationServices locationServices, QObject *parent)
     : QObject(parent)
     , model_(std::move(model))
     , statusItem_(std::move(statusItem))
@@ -31,8 +32,8 @@ OrvelApp::OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> 
         return view;
     });
     windows_.setFactory(QString::fromLatin1(Windows::settings),
-                        [this] {
-                            auto *settings = new SettingsView(*model_, LocationService::create());
+                        [this, locationServices = std::move(locationServices)] {
+                            auto *settings = new SettingsView(*model_, locationServices());
                             settings->general()->setPanelShowsLabel(statusItem_->panelShowsLabel());
                             return settings;
                         });
@@ -134,15 +135,15 @@ void OrvelApp::openSettings()
 
 void OrvelApp::publishTo(StatusService &service)
 {
-    connect(model_.get(), &AppModel::changed, &service, [this, &service] { service.publish(PublishedStatus::of(*model_)); });
+    connect(model_.get(), &AppModel::changed, &service, [this, &service] { service.publish(model_->publishedStatus()); });
     connect(&service, &StatusService::showPanelRequested, this, &OrvelApp::showPanel);
     connect(&service, &StatusService::openImsakiyeRequested, this, &OrvelApp::openImsakiye);
     connect(&service, &StatusService::openSettingsRequested, this, &OrvelApp::openSettings);
     connect(&service, &StatusService::stopSoundRequested, this, [this] { model_->player().stop(); });
     // The sound's start and end are news for followers too, not only the minute's.
     connect(&model_->player(), &AdhanPlayer::isPlayingChanged, &service,
-            [this, &service] { service.publish(PublishedStatus::of(*model_)); });
-    service.publish(PublishedStatus::of(*model_));
+            [this, &service] { service.publish(model_->publishedStatus()); });
+    service.publish(model_->publishedStatus());
 }
 
 QRect OrvelApp::anchor(QPoint position) const

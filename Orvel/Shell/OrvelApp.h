@@ -1,11 +1,14 @@
 #pragma once
 
+#include "LocationService.h"
+#include "Platform.h"
 #include "Windows.h"
 
 #include <QObject>
 #include <QPoint>
 #include <QRect>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -25,7 +28,12 @@ class OrvelApp : public QObject {
     Q_OBJECT
 
 public:
-    OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> statusItem, QObject *parent = nullptr);
+    // Each settings window asks for a location service of its own.
+    using LocationServices = std::function<std::unique_ptr<LocationService>()>;
+
+    OrvelApp(std::unique_ptr<AppModel> model, std::unique_ptr<StatusItem> statusItem,
+             LocationServices locationServices = [] { return Platform::locationService(); },
+             QObject *parent = nullptr);
     ~OrvelApp() override;
 
     AppModel &model() const { return *model_; }

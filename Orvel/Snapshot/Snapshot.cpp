@@ -8,6 +8,7 @@
 #include "ImsakiyeView.h"
 #include "KerahatSettingsView.h"
 #include "LocationService.h"
+#include "Platform.h"
 #include "OrvelFormat.h"
 #include "PanelColors.h"
 #include "PanelView.h"
@@ -146,7 +147,7 @@ void renderSettings(AppModel &model, Appearance appearance, const QDir &folder)
         write(tab, appearance, viewWaitSeconds, folder.filePath(file.arg(name)));
     };
 
-    SettingsView settings(model, LocationService::create(), allowed);
+    SettingsView settings(model, Platform::locationService(), allowed);
     write(settings, appearance, viewWaitSeconds, folder.filePath(QStringLiteral("settings-%1.png").arg(name)));
     NotificationSettingsView notifications(model, allowed);
     writeTab(notifications, QStringLiteral("settings-notifications-%1.png"));

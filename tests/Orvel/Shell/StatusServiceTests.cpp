@@ -125,7 +125,7 @@ TEST(DBusStatusService, PropertiesFollowTheModelAndEachRealChangeIsToldOnce)
         EXPECT_EQ(script.signalled.size(), count);
     };
     orvel.offline.moveTo(start + 20);
-    orvel.status->publish(PublishedStatus::of(orvel.model));
+    orvel.status->publish(orvel.model.publishedStatus());
     QTest::qWait(100);
     EXPECT_TRUE(script.signalled.isEmpty());
     orvel.offline.moveTo(start + 60);

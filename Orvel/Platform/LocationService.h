@@ -60,9 +60,6 @@ class LocationService : public QObject {
 public:
     using QObject::QObject;
 
-    // The desktop's location service (geoclue) with the online geocoders and the gazetteer.
-    static std::unique_ptr<LocationService> create(QObject *parent = nullptr);
-
     virtual QFuture<Location> currentLocation() = 0;
     // Fails with SearchFailure when neither the geocoder nor the gazetteer can answer.
     virtual QFuture<PlaceSearch> search(const QString &query) = 0;

@@ -5,8 +5,6 @@
 
 namespace orvel {
 
-class AppModel;
-
 // What Orvel tells panels and scripts outside it about the moment.
 struct PublishedStatus {
     QString title;      // "Akşam 1:15" in the chosen style; "Öğle vakti" in the entry minute
@@ -16,23 +14,17 @@ struct PublishedStatus {
     QString nextMoment; // "2026-03-10T18:47:00+03:00" in the place's zone; empty while nothing is loaded
     bool playing = false; // Orvel's own sound plays now
 
-    // The model's status. With the icon-only style the title still carries words: a panel that
-    // asks for the title has room for them, the choice concerns Orvel's own icon.
-    static PublishedStatus of(const AppModel &model);
     bool operator==(const PublishedStatus &) const = default;
 };
 
 // The status as a service of the desktop session, for panel widgets and scripts that follow it
-// instead of asking again and again, and the requests they send back. Each platform has its own;
-// where there is none, nothing is published and nothing is asked.
+// instead of asking again and again, and the requests they send back. This base publishes nothing
+// and asks nothing; the platform's comes from Platform.
 class StatusService : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
-
-    // The platform's service (Linux and the BSDs: the session bus).
-    static StatusService *createForPlatform(QObject *parent = nullptr);
 
     // Tells followers of what changed since the last status; an equal status tells nothing.
     virtual void publish(const PublishedStatus &status) { Q_UNUSED(status); }

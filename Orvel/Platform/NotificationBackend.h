@@ -2,14 +2,27 @@
 
 #include <QString>
 
+#include "Instant.h"
+
 #include <functional>
 #include <memory>
 
 namespace orvel {
 
-struct NotificationRequest;
+// One pending notification.
+struct NotificationRequest {
+    QString identifier;
+    QString title;
+    QString body;
+    bool defaultSound = false;
+    Instant fireAt;
+    // Orvel's own sound plays with it: the notification offers "Sesi durdur".
+    bool offersStop = false;
 
-// Where notifications are shown: the freedesktop service on Linux, another facility elsewhere.
+    bool operator==(const NotificationRequest &) const = default;
+};
+
+// Where notifications are shown: the desktop's notification service, from Platform.
 class NotificationBackend {
 public:
     virtual ~NotificationBackend() = default;
@@ -22,9 +35,6 @@ public:
     virtual bool canOpenSettings() const { return false; }
     // Orvel's own sound ended: a shown notification that offers "Sesi durdur" no longer should.
     virtual void soundEnded() {}
-
-    // The backend of the platform Orvel was built for, on the user's session.
-    static std::shared_ptr<NotificationBackend> platformDefault();
 
     // What plays the desktop's message sound for a shown request whose server ignores sound
     // hints; the application owns the player. Without it such requests are silent.

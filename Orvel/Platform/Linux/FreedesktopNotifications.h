@@ -1,7 +1,6 @@
 #pragma once
 
 #include "NotificationBackend.h"
-#include "NotificationScheduler.h"
 
 #include <QDBusConnection>
 #include <QObject>

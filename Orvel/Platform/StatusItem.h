@@ -20,9 +20,6 @@ class StatusItem : public QObject {
 public:
     using QObject::QObject;
 
-    // The kind that suits the desktop Orvel runs on.
-    static std::unique_ptr<StatusItem> create(QObject *parent = nullptr);
-
     // False where the desktop has no place for status items.
     virtual bool isAvailable() const = 0;
     virtual void show() = 0;

@@ -2,7 +2,6 @@
 
 #include "AppIcon.h"
 #include "AppId.h"
-#include "NotificationScheduler.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -213,11 +212,6 @@ void FreedesktopNotifications::send(const NotificationRequest &request, uint rep
         if (playSound && !call->isError())
             playMessageSound();
     });
-}
-
-std::shared_ptr<NotificationBackend> NotificationBackend::platformDefault()
-{
-    return std::make_shared<FreedesktopNotifications>(QDBusConnection::sessionBus());
 }
 
 } // namespace orvel
