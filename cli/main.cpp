@@ -3,8 +3,10 @@
 #include "Settings.h"
 #include "DiyanetCalendar.h"
 #include "Gazetteer.h"
+#include "DaysCommand.h"
 #include "ImsakiyeCommand.h"
 #include "PlacesCommand.h"
+#include "QiblaCommand.h"
 #include "PrayerRepository.h"
 #include "StatusCommand.h"
 #include "StopCommand.h"
@@ -31,13 +33,15 @@ struct Command {
     std::string (*help)();
 };
 
-constexpr std::array<Command, 5> commands{{
+constexpr std::array<Command, 7> commands{{
     {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run, cli::TimesCommand::help},
     {"status", "sıradaki vakit ve kalan süre (--format text, json, waybar, line ya da genmon)", cli::StatusCommand::run,
      cli::StatusCommand::help},
     {"places", "yer ara; --choose N ile uygulamanın yerini seç", cli::PlacesCommand::run, cli::PlacesCommand::help},
     {"imsakiye", "haftalık, aylık ya da Ramazan imsakiyesi (tablo ya da --json)", cli::ImsakiyeCommand::run,
      cli::ImsakiyeCommand::help},
+    {"days", "bir yılın dini günleri ve geceleri (tablo ya da --json)", cli::DaysCommand::run, cli::DaysCommand::help},
+    {"qibla", "kıble yönü, Kâbe'ye uzaklık ve günün kıble saati", cli::QiblaCommand::run, cli::QiblaCommand::help},
     {"stop", "açık olan Orvel'in çaldığı sesi sustur", cli::StopCommand::run, cli::StopCommand::help},
 }};
 

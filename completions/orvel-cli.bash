@@ -5,7 +5,7 @@ _orvel_cli()
     local cur prev words cword
     _init_completion || return
 
-    local commands="times status places imsakiye stop"
+    local commands="times status places imsakiye days qibla stop"
     local place="--lat --lon --tz --name --method"
     local source="--service --cache --offline"
     local command=${words[1]}
@@ -31,7 +31,7 @@ _orvel_cli()
         --cache)
             _filedir -d
             return ;;
-        --lat|--lon|--name|--service|--date|--days|--now|--offset|--choose|--geocoder)
+        --lat|--lon|--name|--service|--date|--days|--now|--offset|--choose|--geocoder|--year)
             return ;;
     esac
 
@@ -41,6 +41,8 @@ _orvel_cli()
         status) options="--now --format --json --follow $place $source" ;;
         places) options="--choose --json --geocoder" ;;
         imsakiye) options="--mode --offset --date --json $place $source" ;;
+        days) options="--year --method --json" ;;
+        qibla) options="--date --json $place" ;;
     esac
     COMPREPLY=($(compgen -W "$options --help" -- "$cur"))
 }
