@@ -3,6 +3,7 @@
 #include "Calendars.h"
 #include "OrvelFormat.h"
 #include "Ramadan.h"
+#include "ReligiousDays.h"
 #include "TimeZone.h"
 
 #include <algorithm>
@@ -14,7 +15,6 @@ namespace {
 constexpr int64_t daysInWeek = 7;
 constexpr int64_t monthsInYear = 12;
 constexpr int64_t firstMonthAfterRamadan = Ramadan::month + 1;
-constexpr int64_t kadirEveDay = 26;
 // 1970-01-01, day 0 of the civil day count, was a Thursday: three days after a Monday.
 constexpr int64_t mondayShiftOfDayZero = 3;
 const std::string rangeDash = " – ";
@@ -39,6 +39,16 @@ int64_t daysSinceMonday(const DayKey &day)
 std::string formatted(const DayKey &day, const TimeZone &zone, const std::string &pattern)
 {
     return OrvelFormat::pattern(day.start(zone), zone, pattern);
+}
+
+// The next day's Hijri date where the page does not hold it: the calendar's guess, which only at a
+// month's end can be a day apart.
+HijriDate following(const DayTimes &day)
+{
+    const HijriDate today = day.hijriOrApproximate();
+    if (today.day < 29)
+        return {today.day + 1, today.month, today.year};
+    return HijriDate::approximate(day.day.adding(1));
 }
 
 } // namespace
@@ -116,16 +126,20 @@ std::string title(const ImsakiyePage &page, const std::vector<DayTimes> &days, c
     return {};
 }
 
-std::optional<std::string> note(ImsakiyeMode mode, const HijriDate &hijri, bool isLastOfRamadan)
+std::optional<std::string> note(ImsakiyeMode mode, const DayKey &day, const HijriDate &hijri,
+                                const HijriDate &nextHijri, bool isLastOfRamadan)
 {
-    const bool inRamadan = hijri.month == Ramadan::month;
-    if (inRamadan && hijri.day == kadirEveDay)
-        return std::string(kadirNote);
-    if (isLastOfRamadan)
-        return std::string(arefeNote);
-    if (mode != ImsakiyeMode::ramadan && inRamadan && hijri.day == 1)
-        return std::string(ramadanStartNote);
-    return std::nullopt;
+    // A Ramadan page's last day (the 29th or 30th) ends the month whatever the calendar's guess for
+    // the next day says.
+    const bool endsRamadan = isLastOfRamadan && hijri.day >= 29;
+    const HijriDate next = endsRamadan ? HijriDate{1, Ramadan::month + 1, hijri.year} : nextHijri;
+    std::string text;
+    for (const ReligiousDay &found : ReligiousDays::of(day, hijri, next)) {
+        if (mode == ImsakiyeMode::ramadan && found.name == "Ramazan Başlangıcı")
+            continue;
+        text += (text.empty() ? "" : " · ") + found.name;
+    }
+    return text.empty() ? std::nullopt : std::optional(text);
 }
 
 std::string hijriText(ImsakiyeMode mode, const HijriDate &hijri)
@@ -147,7 +161,8 @@ std::vector<Row> rows(const ImsakiyePage &page, const std::vector<DayTimes> &day
         row.hijriDate = day.hijriOrApproximate();
         row.hijri = hijriText(page.mode, row.hijriDate);
         const bool isLastOfRamadan = page.mode == ImsakiyeMode::ramadan && i + 1 == days.size();
-        row.note = note(page.mode, row.hijriDate, isLastOfRamadan);
+        const HijriDate next = i + 1 < days.size() ? days[i + 1].hijriOrApproximate() : following(day);
+        row.note = note(page.mode, day.day, row.hijriDate, next, isLastOfRamadan);
         for (size_t p = 0; p < day.times.size(); ++p)
             row.times[p] = OrvelFormat::time(day.times[p], zone) + (day.estimated[p] ? std::string(estimatedMark) : "");
         row.isToday = day.day == page.today;

@@ -43,9 +43,6 @@ constexpr std::string_view ruleNote = "· Diyanet hesabı, cihazda";
 constexpr std::string_view estimatedMark = "*";
 constexpr std::string_view estimatedNotice = "* tahmini: güneş o gün yeterince alçalmıyor";
 constexpr std::string_view hijriNotice = "Hicri tarihler ±1 gün farklı olabilir";
-constexpr std::string_view kadirNote = "Kadir Gecesi";
-constexpr std::string_view arefeNote = "Arefe";
-constexpr std::string_view ramadanStartNote = "Ramazan başlangıcı";
 
 // One row as every view shows it.
 struct Row {
@@ -77,9 +74,11 @@ std::vector<DayTimes> pageDays(const ImsakiyePage &page, std::vector<DayTimes> d
 // "9 – 15 Mart 2026", "Mart 2026", "Ramazan 1447 · 18 Şub – 19 Mar 2026"; an empty week gives "".
 std::string title(const ImsakiyePage &page, const std::vector<DayTimes> &days, const TimeZone &zone);
 
-// "Kadir Gecesi" on the 26th of Ramadan, else "Arefe" on the last row of a Ramadan page, else
-// "Ramazan başlangıcı" on the 1st of Ramadan outside Ramadan mode.
-std::optional<std::string> note(ImsakiyeMode mode, const HijriDate &hijri, bool isLastOfRamadan);
+// The day's religious days and nights as Diyanet names them ("Berat Kandili", "Ramazan Bayramı
+// (1. Gün)"), joined by " · "; the last day of a Ramadan page is its Bayram's arefe, and a Ramadan
+// page, which starts with it, does not note the start of Ramadan.
+std::optional<std::string> note(ImsakiyeMode mode, const DayKey &day, const HijriDate &hijri,
+                                const HijriDate &nextHijri, bool isLastOfRamadan);
 // "7. gün" in Ramadan mode, "7 Ramazan" otherwise.
 std::string hijriText(ImsakiyeMode mode, const HijriDate &hijri);
 std::vector<Row> rows(const ImsakiyePage &page, const std::vector<DayTimes> &days, const TimeZone &zone);

@@ -106,6 +106,11 @@ HijriDate hijriDate(const DayKey &day, CalculationMethod method, int64_t correct
     return method == CalculationMethod::diyanet ? DiyanetCalendar::date(moved) : HijriDate::approximate(moved);
 }
 
+std::vector<ReligiousDay> of(const DayKey &day, const HijriDate &today, const HijriDate &tomorrow)
+{
+    return entries(day, today, tomorrow, weekday(day.adding(1)) == friday);
+}
+
 std::vector<ReligiousDay> between(const DayKey &first, const DayKey &last, CalculationMethod method,
                                   int64_t correction)
 {
@@ -114,7 +119,7 @@ std::vector<ReligiousDay> between(const DayKey &first, const DayKey &last, Calcu
     for (DayKey day = first; day <= last; day = day.adding(1)) {
         const DayKey next = day.adding(1);
         const HijriDate tomorrow = hijriDate(next, method, correction);
-        for (ReligiousDay &found : entries(day, today, tomorrow, weekday(next) == friday))
+        for (ReligiousDay &found : of(day, today, tomorrow))
             days.push_back(std::move(found));
         today = tomorrow;
     }

@@ -36,6 +36,9 @@ namespace ReligiousDays {
 // The date of the Gregorian day in the method's calendar, moved by `correction` days.
 HijriDate hijriDate(const DayKey &day, CalculationMethod method, int64_t correction = 0);
 
+// The day's religious days from its Hijri date and the next day's, as a timetable shows them.
+std::vector<ReligiousDay> of(const DayKey &day, const HijriDate &today, const HijriDate &tomorrow);
+
 // The days from `first` to `last`, both included, in date order.
 std::vector<ReligiousDay> between(const DayKey &first, const DayKey &last, CalculationMethod method,
                                   int64_t correction = 0);

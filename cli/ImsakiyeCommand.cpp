@@ -167,7 +167,7 @@ std::string help()
     Choices choices;
     return usage("imsakiye [seçenekler]",
                  "Uygulamanın İmsakiye penceresindeki sayfayı yazar: başlık, yer ve yöntem, sonra her gün için\n"
-                 "tarih, Hicri tarih, altı vakit ve not (Ramazan başlangıcı, Kadir Gecesi, Arefe); bugünün satırı\n"
+                 "tarih, Hicri tarih, altı vakit ve dini gün (kandiller, Ramazan başlangıcı, Kadir Gecesi, arefeler, bayramlar); bugünün satırı\n"
                  "* ile işaretlidir. Hafta pazartesiden pazara, ay takvim ayı kadardır; Ramazan sayfası Ramazan\n"
                  "ayının günlerini gösterir, bu yılın Ramazanı bittiyse gelecek yılınkini. --offset ile önceki ve\n"
                  "sonraki sayfalara geçilir. Yer, yöntem ve kaynak seçenekleri times komutundakilerle aynıdır.",

@@ -307,6 +307,7 @@ NotificationPlan AppModel::notificationPlan() const
     plan.quietHours = setting(Settings::quietHours);
     plan.ramadanMode = setting(Settings::ramadanMode);
     plan.fridayMinutes = setting(Settings::fridayMinutes);
+    plan.religiousDays = setting(Settings::religiousDayNotify);
     return plan;
 }
 
@@ -443,6 +444,13 @@ std::optional<int64_t> AppModel::ramadanDay() const
     if (!setting(Settings::ramadanMode) || !today_)
         return std::nullopt;
     return Ramadan::dayNumber(*today_);
+}
+
+std::vector<ReligiousDay> AppModel::religiousDays() const
+{
+    if (!today_ || !tomorrow_)
+        return {};
+    return ReligiousDays::of(today_->day, today_->hijriOrApproximate(), tomorrow_->hijriOrApproximate());
 }
 
 StatusLine AppModel::statusLine(TrayStyle style) const

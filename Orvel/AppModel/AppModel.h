@@ -13,6 +13,7 @@
 #include "PrayerRepository.h"
 #include "PrayerSchedule.h"
 #include "QuietHours.h"
+#include "ReligiousDays.h"
 #include "Settings.h"
 #include "StatusService.h"
 #include "StatusText.h"
@@ -114,6 +115,8 @@ public:
     bool isRamadanToday() const;
     bool nextIsRamadan() const;
     std::optional<int64_t> ramadanDay() const;
+    // Today's religious days and nights from the loaded days' Hijri dates; none before the load.
+    std::vector<ReligiousDay> religiousDays() const;
 
     // The settings that shape the status, as the command line reads them too.
     StatusSettings statusSettings() const;

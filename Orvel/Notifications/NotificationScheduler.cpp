@@ -4,6 +4,7 @@
 #include "Clock.h"
 #include "NotificationBackend.h"
 #include "OrvelFormat.h"
+#include "ReligiousDays.h"
 
 #include <QTimer>
 
@@ -93,6 +94,34 @@ std::optional<NotificationRequest> fridayRequest(const DayTimes &day, const Noti
         true,
         at,
     };
+}
+
+// At Akşam of a holy night's evening ("Bu gece Berat Kandili") and of a Bayram's eve ("Yarın
+// Ramazan Bayramı"), from the day's Hijri date and the next's.
+std::optional<NotificationRequest> religiousDayRequest(const DayTimes &day, const DayTimes &next,
+                                                       const NotificationPlan &plan, Instant now,
+                                                       const TimeZone &machineZone)
+{
+    const Instant at = day[Prayer::aksam];
+    if (!plan.religiousDays || !(at > now) || plan.quietHours.contains(at, machineZone))
+        return std::nullopt;
+    for (const ReligiousDay &found : ReligiousDays::of(day.day, day.hijriOrApproximate(), next.hijriOrApproximate())) {
+        const QString place = text(plan.location.name);
+        if (found.kind == ReligiousDay::Kind::night) {
+            // "Berat Kandiliniz", "Kadir Geceniz".
+            const std::string wish = found.name.ends_with("Gecesi") ? found.name.substr(0, found.name.size() - 2) + "niz"
+                                                                     : found.name + "niz";
+            return NotificationRequest{text(day.day.description()) + QStringLiteral("-dini"), text(found.headline()),
+                                       text(wish) + QStringLiteral(" mübarek olsun. · ") + place, true, at};
+        }
+        if (found.kind == ReligiousDay::Kind::arefe) {
+            const std::string bayram = found.name.substr(0, found.name.find(" Arefesi"));
+            return NotificationRequest{text(day.day.description()) + QStringLiteral("-dini"),
+                                       QStringLiteral("Yarın ") + text(bayram),
+                                       QStringLiteral("Bayramınız mübarek olsun. · ") + place, true, at};
+        }
+    }
+    return std::nullopt;
 }
 
 // More requests than may be pending: the soonest stay, in their original order.
@@ -201,6 +230,10 @@ std::vector<NotificationRequest> NotificationScheduler::requests(const Notificat
     for (const DayTimes &day : plan.days) {
         if (auto reminder = fridayRequest(day, plan, now, machineZone))
             requests.push_back(std::move(*reminder));
+    }
+    for (size_t i = 0; i + 1 < plan.days.size(); ++i) {
+        if (auto notice = religiousDayRequest(plan.days[i], plan.days[i + 1], plan, now, machineZone))
+            requests.push_back(std::move(*notice));
     }
     return soonest(std::move(requests), maximumPending);
 }

@@ -33,6 +33,8 @@ struct NotificationPlan {
     bool ramadanMode = true;
     // "Cuma hatırlatması": minutes before Öğle on Fridays; 0 is off.
     int64_t fridayMinutes = 0;
+    // A notice at Akşam on a holy night's evening and on a Bayram's eve.
+    bool religiousDays = true;
 };
 
 // Turns the loaded days and the notification settings into pending notifications, and fires

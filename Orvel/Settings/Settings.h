@@ -57,6 +57,8 @@ inline const Setting<TimesOptions> timesOptions{"times", TimesOptions(), Effect:
 inline const Setting<int64_t> fridayMinutes{"fridayReminder", 0, Effect::reschedule, isFridayOption};
 // Media players pause while the entry sound plays, and go on after it.
 inline const Setting<bool> pauseMedia{"pauseMedia", true, Effect::none};
+// "Kandil ve bayram bildirimleri": a notice at Akşam on a kandil's evening and a Bayram's eve.
+inline const Setting<bool> religiousDayNotify{"religiousDayNotify", true, Effect::reschedule};
 
 // Why the stored settings were not all read, in Turkish (one line, no program name): a file that
 // is not a settings file at all, or a stored place that does not read. The file is kept as it is.

@@ -13,6 +13,7 @@
 #include "PanelColors.h"
 #include "PanelView.h"
 #include "PrayerRepository.h"
+#include "ReligiousDays.h"
 #include "SettingsForm.h"
 #include "SettingsView.h"
 #include "StatusImage.h"
@@ -93,12 +94,11 @@ void useSnapshotStore(const QTemporaryDir &scratch)
     SettingsStore::setStore(std::make_unique<QSettings>(scratch.filePath(QStringLiteral("Orvel.conf")), QSettings::IniFormat));
 }
 
-AppModel::Services services(const QStringList &arguments, const QTemporaryDir &scratch)
+AppModel::Services services(const QStringList &arguments, const QTemporaryDir &scratch,
+                            const std::shared_ptr<ManualClock> &clock)
 {
     AppModel::Services services;
-    // The views are drawn at one still minute: the one asked for, else the one the snapshot starts in.
-    const std::optional<Instant> now = parseNow(optionValue(arguments, QStringLiteral("--now")).value_or(QString()));
-    services.clock = std::make_shared<ManualClock>(now ? *now : SystemClock().now());
+    services.clock = clock;
     // A hidden option for tests: another web service (or a dead one) in place of Aladhan.
     const std::string url = optionValue(arguments, QStringLiteral("--service"))
                                 .value_or(QString::fromUtf8(AladhanClient::defaultBaseURL.data(),
@@ -219,6 +219,27 @@ void writeImsakiye(AppModel &model, Appearance appearance, const QDir &folder)
               folder.filePath(QStringLiteral("imsakiye-%1-%2.png").arg(fromStd(ImsakiyeMode(mode).id()),
                                                                         appearanceName(appearance))));
     }
+}
+
+// The panel on the evening of the next holy night from the snapshot's day, for the line its
+// header gives it; returns the night's date and name for the summary.
+QString writeHolyNightPanel(AppModel &model, ManualClock &clock, const QDir &folder)
+{
+    const DayKey today = model.todayKey();
+    const TimesOptions &options = model.setting(Settings::timesOptions);
+    for (const ReligiousDay &day : ReligiousDays::between(today, today.adding(400), model.setting(Settings::method),
+                                                          options.hijriCorrection)) {
+        if (day.kind != ReligiousDay::Kind::night)
+            continue;
+        clock.set(day.date.at(21 * 60, model.zone()));
+        model.reload();
+        waitForLoad(model);
+        Colors::forceAppearance(Appearance::light);
+        PanelView panel(model, [] {}, [] {}, [] {}, nullptr);
+        write(panel, Appearance::light, viewWaitSeconds, folder.filePath(QStringLiteral("popover-kandil-light.png")));
+        return QStringLiteral("kandil: %1 %2").arg(fromStd(day.date.description()), fromStd(day.name));
+    }
+    return QString();
 }
 
 void renderAppearance(AppModel &model, Appearance appearance, const QDir &folder)
@@ -366,7 +387,10 @@ int run(const QString &outputDirectory, const QStringList &arguments)
     useSnapshotStore(scratch);
     // The store goes before its folder does.
     const auto forgetStore = qScopeGuard([] { SettingsStore::setStore(nullptr); });
-    AppModel model(services(arguments, scratch), ModelRun::still, ModelVoice::silent);
+    // The views are drawn at one still minute: the one asked for, else the one the snapshot starts in.
+    const std::optional<Instant> now = parseNow(optionValue(arguments, QStringLiteral("--now")).value_or(QString()));
+    const auto clock = std::make_shared<ManualClock>(now ? *now : SystemClock().now());
+    AppModel model(services(arguments, scratch, clock), ModelRun::still, ModelVoice::silent);
     if (arguments.contains(QStringLiteral("--uskudar")))
         model.set(Settings::location, uskudar());
     else
@@ -394,6 +418,16 @@ int run(const QString &outputDirectory, const QStringList &arguments)
 
     for (const QString &line : summary(model))
         printLine(line);
+    try {
+        const QString night = writeHolyNightPanel(model, *clock, folder);
+        Colors::forceAppearance(std::nullopt);
+        if (!night.isEmpty())
+            printLine(night);
+    } catch (const WriteError &error) {
+        Colors::forceAppearance(std::nullopt);
+        std::fprintf(stderr, "orvel: resim yazılamadı: %s\n", qPrintable(error.path));
+        return 1;
+    }
     return 0;
 }
 

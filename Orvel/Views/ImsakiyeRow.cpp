@@ -40,6 +40,8 @@ void ImsakiyeRow::setContent(const Content &content)
         return;
     content_ = content;
     setAccessibleName(accessibleText(content));
+    // A long note ("Ramazan Bayramı (1. Gün)") is cut to the date's column; the tip shows it whole.
+    setToolTip(content.row.note ? fromStd(*content.row.note) : QString());
     update();
 }
 

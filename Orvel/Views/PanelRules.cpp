@@ -135,8 +135,15 @@ QString kerahatAccessibleName(const KerahatInterval &interval, const TimeZone &z
         + QStringLiteral(" ile ") + clock(interval.end, zone) + QStringLiteral(" arası");
 }
 
-std::optional<QString> ramadanLine(std::optional<int64_t> ramadanDay, const std::optional<DayTimes> &today)
+std::optional<QString> ramadanLine(std::optional<int64_t> ramadanDay, const std::optional<DayTimes> &today,
+                                   const std::vector<ReligiousDay> &religiousDays)
 {
+    if (!religiousDays.empty()) {
+        QStringList lines;
+        for (const ReligiousDay &day : religiousDays)
+            lines << QString::fromStdString(day.headline());
+        return lines.join(QStringLiteral(" · "));
+    }
     if (!ramadanDay || !today)
         return std::nullopt;
     if (Ramadan::isKadirEve(*today))

@@ -6,6 +6,7 @@
 #include "Kerahat.h"
 #include "Prayer.h"
 #include "PrayerSchedule.h"
+#include "ReligiousDays.h"
 #include "TimesSource.h"
 
 #include <QString>
@@ -44,8 +45,10 @@ QString bannerDetail(const KerahatInterval &interval, const TimeZone &zone); // 
 QString kerahatRange(const KerahatInterval &interval, const TimeZone &zone); // "13:01 – 13:11"
 QString kerahatAccessibleName(const KerahatInterval &interval, const TimeZone &zone);
 
-// "Ramazan'ın 5. günü", "Bu gece Kadir Gecesi" on the 26th, none outside Ramadan.
-std::optional<QString> ramadanLine(std::optional<int64_t> ramadanDay, const std::optional<DayTimes> &today);
+// The line under the date: the day's religious days ("Bu gece Berat Kandili", "Kurban Bayramı 2.
+// günü"), else in Ramadan "Ramazan'ın 5. günü"; none on other days.
+std::optional<QString> ramadanLine(std::optional<int64_t> ramadanDay, const std::optional<DayTimes> &today,
+                                   const std::vector<ReligiousDay> &religiousDays = {});
 
 // The countdown title: the name emphasised when the phrase starts with it, then the rest.
 struct CountdownTitle {

@@ -217,7 +217,7 @@ void PanelView::refreshHeader(Appearance appearance)
                     ViewStyle::font(placePoints, QFont::DemiBold), ViewStyle::primary(appearance));
     date_->setText(model_.dateLine(), ViewStyle::font(datePoints), secondary);
 
-    const std::optional<QString> ramadan = PanelRules::ramadanLine(model_.ramadanDay(), model_.today());
+    const std::optional<QString> ramadan = PanelRules::ramadanLine(model_.ramadanDay(), model_.today(), model_.religiousDays());
     if (ramadan) {
         ramadan_->setSymbol(QStringLiteral("moon.stars.fill"), datePoints, accent);
         ramadan_->setText(*ramadan, ViewStyle::font(datePoints, QFont::Medium), accent);

@@ -188,26 +188,35 @@ TEST(Imsakiye, rowsNotesAndHighlights)
         notes.push_back(row.note.value_or(""));
     std::vector<std::string> expected(29, "");
     expected[25] = "Kadir Gecesi";
-    expected[28] = "Arefe";
+    expected[28] = "Ramazan Bayramı Arefesi";
     EXPECT_EQ(notes, expected) << "no start note in Ramadan mode";
 
     // Outside Ramadan mode: the start is marked, the Kadir night too, but no Arefe.
     const ImsakiyePage february = page(ImsakiyeMode::month, {2026, 3, 10}, -1);
     const std::vector<Imsakiye::Row> febRows = Imsakiye::rows(february, loaded(february), istanbul);
-    EXPECT_EQ(febRows[18].note, "Ramazan başlangıcı");
+    EXPECT_EQ(febRows[18].note, "Ramazan Başlangıcı");
     EXPECT_EQ(febRows[18].hijri, "1 Ramazan");
     EXPECT_EQ(febRows[17].hijri, "30 Şaban");
     EXPECT_TRUE(febRows[17].isPast);
     const ImsakiyePage march = page(ImsakiyeMode::month, {2026, 3, 10});
     const std::vector<Imsakiye::Row> marchRows = Imsakiye::rows(march, loaded(march), istanbul);
     EXPECT_EQ(marchRows[15].note, "Kadir Gecesi");
-    EXPECT_EQ(marchRows[19].note, std::nullopt);
+    // 19 and 20 March 2026: the Arefe and the Bayram's first day, on the month's page too.
+    EXPECT_EQ(marchRows[18].note, "Ramazan Bayramı Arefesi");
+    EXPECT_EQ(marchRows[19].note, "Ramazan Bayramı (1. Gün)");
+    EXPECT_EQ(marchRows[9].note, std::nullopt);
 
-    // The Kadir night wins over Arefe on a page that ends on the 26th.
-    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::ramadan, {26, 9, 1447}, true), "Kadir Gecesi");
-    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::ramadan, {1, 9, 1447}, true), "Arefe");
-    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::ramadan, {1, 9, 1447}, false), std::nullopt);
-    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::week, {26, 8, 1447}, false), std::nullopt);
+    // A page cut short on the 26th keeps the Kadir night; one that ends on the 29th ends Ramadan
+    // even where the calendar's guess gives a 30th.
+    const DayKey any{2026, 3, 16};
+    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::ramadan, any, {26, 9, 1447}, {27, 9, 1447}, true), "Kadir Gecesi");
+    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::ramadan, any, {29, 9, 1447}, {30, 9, 1447}, true), "Ramazan Bayramı Arefesi");
+    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::ramadan, any, {1, 9, 1447}, {2, 9, 1447}, false), std::nullopt);
+    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::week, any, {26, 8, 1447}, {27, 8, 1447}, false), std::nullopt);
+    // The other days of the year, on every page.
+    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::month, {2026, 2, 2}, {14, 8, 1447}, {15, 8, 1447}, false), "Berat Kandili");
+    EXPECT_EQ(Imsakiye::note(ImsakiyeMode::week, {2026, 12, 10}, {1, 7, 1448}, {2, 7, 1448}, false),
+              "Üç Ayların Başlangıcı · Regaib Kandili");
 
     std::vector<std::string> highlighted, seconds;
     for (const Prayer::Value prayer : Prayer::all) {

@@ -100,7 +100,7 @@ TEST(CliImsakiye, ramadanTableInTheTerminal)
     EXPECT_TRUE(lines[5].starts_with("   19 Şub Per  1. gün   ")) << lines[5];
     EXPECT_TRUE(lines[24].starts_with("*  10 Mar Sal  20. gün  ")) << lines[24];
     EXPECT_TRUE(lines[30].ends_with("  Kadir Gecesi")) << lines[30];
-    EXPECT_TRUE(lines[33].starts_with("   19 Mar Per  29. gün") && lines[33].ends_with("  Arefe")) << lines[33];
+    EXPECT_TRUE(lines[33].starts_with("   19 Mar Per  29. gün") && lines[33].ends_with("  Ramazan Bayramı Arefesi")) << lines[33];
     EXPECT_EQ(lines[35], "Hicri tarihler ±1 gün farklı olabilir");
 
     for (const auto &[args, named] : std::vector<std::pair<std::vector<std::string>, std::string>>{

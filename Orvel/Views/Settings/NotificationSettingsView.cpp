@@ -115,6 +115,12 @@ QWidget *NotificationSettingsView::makeNotificationSection()
             [this](int index) { model_.set(Settings::fridayMinutes, friday_->itemData(index).toInt()); });
     section->addRow(row(QStringLiteral("Cuma hatırlatması"), friday_, QStringLiteral("Cuma günleri namaz vakti yaklaşınca bildirir")));
 
+    religiousDays_ = new Switch(QStringLiteral("Kandil ve bayram bildirimleri"));
+    religiousDays_->setObjectName(QStringLiteral("Kandil ve bayram bildirimleri"));
+    connect(religiousDays_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::religiousDayNotify, on); });
+    section->addRow(row(QStringLiteral("Kandil ve bayram bildirimleri"), religiousDays_,
+                        QStringLiteral("Kandil gecelerinde ve bayram arifesinde akşam vakti bildirir")));
+
     QLabel *warning = symbol(QStringLiteral("exclamationmark.triangle.fill"), Tone::primary, 13);
     setSymbolColor(warning, Colors::systemOrange());
     openSettings_ = new QPushButton(QStringLiteral("Bildirim ayarlarını aç"));
@@ -237,6 +243,10 @@ void NotificationSettingsView::refresh()
         const QSignalBlocker blocker(friday_);
         friday_->setCurrentIndex(
             std::max(friday_->findData(static_cast<int>(model_.setting(Settings::fridayMinutes))), 0));
+    }
+    {
+        const QSignalBlocker blocker(religiousDays_);
+        religiousDays_->setChecked(model_.setting(Settings::religiousDayNotify));
     }
     const AdhanSound sound = model_.setting(Settings::adhanSound);
     {

@@ -79,6 +79,7 @@ private:
     std::map<Prayer::Value, SettingsForm::Chip *> chips_;
     QComboBox *reminder_ = nullptr;
     QComboBox *friday_ = nullptr;
+    SettingsForm::Switch *religiousDays_ = nullptr;
     SettingsForm::Switch *pauseMedia_ = nullptr;
     QWidget *pauseMediaRow_ = nullptr;
     QWidget *deniedRow_ = nullptr;

@@ -151,6 +151,35 @@ TEST(NotificationRequests, FridayReminder)
                                      [](const auto &r) { return r.identifier.endsWith("-cuma"); }));
 }
 
+// A holy night is greeted at Akşam of its evening, a Bayram at Akşam of its eve; never in the
+// quiet hours, nor with the setting off.
+TEST(NotificationRequests, KandilNightsAndBayramEves)
+{
+    const DayKey berat{2026, 2, 2}, arefe{2026, 3, 19};
+    const auto withHijri = [](DayKey key, HijriDate hijri) {
+        DayTimes times = day(key);
+        times.hijri = hijri;
+        return times;
+    };
+    NotificationPlan plan = planFor({withHijri(berat, {14, 8, 1447}), withHijri(berat.adding(1), {15, 8, 1447})});
+    const auto night = NotificationScheduler::requests(plan, at(berat, 0, 0));
+    const NotificationRequest &kandil = find(night, "2026-02-02-dini");
+    EXPECT_EQ(kandil.fireAt, at(berat, 20, 10));
+    EXPECT_EQ(kandil.title, "Bu gece Berat Kandili");
+    EXPECT_EQ(kandil.body, "Berat Kandiliniz mübarek olsun. · Üsküdar");
+
+    plan.days = {withHijri(arefe, {29, 9, 1447}), withHijri(arefe.adding(1), {1, 10, 1447})};
+    expectTexts(NotificationScheduler::requests(plan, at(arefe, 0, 0)),
+                {{"2026-03-19-dini", "Yarın Ramazan Bayramı", "Bayramınız mübarek olsun. · Üsküdar"}});
+    EXPECT_EQ(identifiers(NotificationScheduler::requests(plan, at(arefe, 20, 30))).filter("-dini").size(), 0)
+        << "Akşam is past";
+    plan.quietHours = {true, 20 * 60, 21 * 60};
+    EXPECT_EQ(identifiers(NotificationScheduler::requests(plan, at(arefe, 0, 0))).filter("-dini").size(), 0);
+    plan.quietHours = {};
+    plan.religiousDays = false;
+    EXPECT_EQ(identifiers(NotificationScheduler::requests(plan, at(arefe, 0, 0))).filter("-dini").size(), 0);
+}
+
 TEST(NotificationRequests, RamadanWording)
 {
     NotificationPlan plan = planFor({day(may12, 9)}, 5);

@@ -190,14 +190,15 @@ TEST(Snapshot, WritesThePicturesAndTheSummaryOffline)
                              "imsakiye month: 31 gün, 2026-03-01 … 2026-03-31\n"
                              "imsakiye ramadan: 29 gün, 2026-02-19 … 2026-03-19\n";
     EXPECT_EQ(QString::fromUtf8(orvel.readAllStandardOutput()),
-              imsakiye + imsakiye + "source=rule location=İstanbul, Üsküdar\n" + times.join("  ") + '\n');
+              imsakiye + imsakiye + "source=rule location=İstanbul, Üsküdar\n" + times.join("  ") + '\n'
+                  + "kandil: 2026-03-16 Kadir Gecesi\n");
 
     std::map<QString, QImage> pictures;
     for (const QString name : {"popover-light", "popover-dark", "menubar-light", "menubar-dark", "imsakiye-week-light",
                                "imsakiye-week-dark", "imsakiye-month-light", "imsakiye-month-dark",
                                "imsakiye-ramadan-light", "imsakiye-ramadan-dark", "settings-light", "settings-dark",
                                "settings-notifications-light", "settings-notifications-dark", "settings-kerahat-light",
-                               "settings-kerahat-dark", "settings-sound-light", "settings-sound-dark"}) {
+                               "settings-kerahat-dark", "settings-sound-light", "settings-sound-dark", "popover-kandil-light"}) {
         SCOPED_TRACE(name.toStdString());
         const QImage picture(QDir(out).filePath(name + ".png"));
         ASSERT_FALSE(picture.isNull());

@@ -194,7 +194,7 @@ TEST_F(ImsakiyeViewTest, PagesWithButtonsKeysAndModes)
     EXPECT_EQ(view.header()->headings(),
               (QStringList{"Tarih", "Ramazan", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı", "Sahur", "İftar"}));
     EXPECT_EQ(view.rows()[25]->content().row.note, "Kadir Gecesi");
-    EXPECT_EQ(view.rows()[28]->content().row.note, "Arefe");
+    EXPECT_EQ(view.rows()[28]->content().row.note, "Ramazan Bayramı Arefesi");
     step([&] { view.showPrevious(); }, "Ramazan 1446 · 1 Mar – 29 Mar 2025", -1);
     EXPECT_EQ(view.rows().size(), 29u);
     step([&] { view.setMode(ImsakiyeMode::week); }, "9 – 15 Mart 2026", 0);
@@ -328,7 +328,7 @@ TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
     const QString text = pdfText(answer);
     ASSERT_FALSE(text.isEmpty()) << "pdftotext could not read " << answer.toStdString();
     for (const char *expected : {"İMSAKİYE", "Ramazan 1447 · 19 Şub – 19 Mar 2026", "İstanbul, Üsküdar · Diyanet İşleri Başkanlığı",
-                                 "Sahur", "İftar", "Kadir Gecesi", "Arefe", "1. gün", "29. gün",
+                                 "Sahur", "İftar", "Kadir Gecesi", "Ramazan Bayramı Arefesi", "1. gün", "29. gün",
                                  "Hicri tarihler ±1 gün farklı olabilir"})
         EXPECT_TRUE(text.contains(QString::fromUtf8(expected))) << expected << "\n" << text.toStdString();
     // Today's row with its six times on one line.
@@ -348,7 +348,7 @@ TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
     EXPECT_TRUE(printed.contains(QStringLiteral("Mart 2026")));
     for (const ImsakiyeRow *row : view.rows())
         EXPECT_TRUE(printed.contains(QString::fromStdString(row->content().row.date))) << row->content().row.date;
-    EXPECT_TRUE(printed.contains(QStringLiteral("Ramazan başlangıcı")) == false) << "1 Ramadan is in February";
+    EXPECT_TRUE(printed.contains(QStringLiteral("Ramazan Başlangıcı")) == false) << "1 Ramadan is in February";
     EXPECT_TRUE(pdfInfo(folder.filePath("printed.pdf")).contains(QRegularExpression(QStringLiteral("Pages: +1\\n"))));
 }
 
