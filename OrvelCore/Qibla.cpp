@@ -75,6 +75,19 @@ std::string_view compassWord(double bearing)
     return words[static_cast<size_t>(std::floor((normal + 22.5) / 45)) % words.size()];
 }
 
+std::string bearingText(double bearing)
+{
+    return std::to_string(std::lround(bearing) % 360) + "° (" + std::string(compassWord(bearing)) + ")";
+}
+
+std::string distanceText(double kilometres)
+{
+    std::string digits = std::to_string(std::lround(kilometres));
+    for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3)
+        digits.insert(static_cast<size_t>(at), ".");
+    return digits + " km";
+}
+
 std::optional<Instant> sunInDirection(const DayKey &day, double latitude, double longitude, const TimeZone &zone)
 {
     const double target = bearing(latitude, longitude);

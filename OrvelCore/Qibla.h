@@ -4,6 +4,7 @@
 #include "Instant.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace orvel {
@@ -22,6 +23,10 @@ double bearing(double latitude, double longitude);
 double distanceKm(double latitude, double longitude);
 // "kuzey", "kuzeydoğu", "doğu", "güneydoğu", "güney", "güneybatı", "batı", "kuzeybatı".
 std::string_view compassWord(double bearing);
+// "152° (güneydoğu)": whole degrees with the compass word.
+std::string bearingText(double bearing);
+// "2.405 km": whole kilometres with Turkish thousands dots.
+std::string distanceText(double kilometres);
 
 // The "kıble saati": the moment of the day (in the zone) at which the sun, above the horizon,
 // stands in the qibla's direction, so that a shadow points away from it; none on a day the sun

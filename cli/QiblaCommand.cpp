@@ -45,20 +45,6 @@ Figures figures(const Request &request)
             Qibla::sunInDirection(request.day, place.latitude, place.longitude, place.timeZone())};
 }
 
-std::string bearingText(double bearing)
-{
-    return std::to_string(std::lround(bearing) % 360) + "° (" + std::string(Qibla::compassWord(bearing)) + ")";
-}
-
-// "2.396 km": whole kilometres with Turkish thousands dots.
-std::string kilometres(double distance)
-{
-    std::string digits = std::to_string(std::lround(distance));
-    for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3)
-        digits.insert(static_cast<size_t>(at), ".");
-    return digits + " km";
-}
-
 } // namespace
 
 Request parse(const std::vector<std::string> &args, const Clock &clock)
@@ -77,8 +63,8 @@ std::string text(const Request &request)
     const Figures found = figures(request);
     const TimeZone zone = request.location.timeZone();
     std::string out = "Kıble · " + request.location.name + "\n";
-    out += "Yön: " + bearingText(found.bearing) + ", gerçek kuzeyden saat yönünde\n";
-    out += "Kâbe'ye uzaklık: " + kilometres(found.distanceKm) + "\n";
+    out += "Yön: " + Qibla::bearingText(found.bearing) + ", gerçek kuzeyden saat yönünde\n";
+    out += "Kâbe'ye uzaklık: " + Qibla::distanceText(found.distanceKm) + "\n";
     const std::string day = OrvelFormat::longDate(request.day.at(12 * 60, zone), zone);
     if (found.qiblaTime)
         out += "Kıble saati (" + day + "): " + OrvelFormat::time(*found.qiblaTime, zone)

@@ -1,6 +1,7 @@
 #include "PanelRules.h"
 
 #include "OrvelFormat.h"
+#include "Qibla.h"
 #include "Ramadan.h"
 #include "TimeZone.h"
 #include "ViewStyle.h"
@@ -149,6 +150,18 @@ std::optional<QString> ramadanLine(std::optional<int64_t> ramadanDay, const std:
     if (Ramadan::isKadirEve(*today))
         return QStringLiteral("Bu gece Kadir Gecesi");
     return QStringLiteral("Ramazan'ın %1. günü").arg(*ramadanDay);
+}
+
+QString qiblaLine(const Location &place, const DayKey &day)
+{
+    const double bearing = Qibla::bearing(place.latitude, place.longitude);
+    QString line = QStringLiteral("Kıble ") + QString::fromStdString(Qibla::bearingText(bearing))
+        + QStringLiteral(" · Kâbe'ye ")
+        + QString::fromStdString(Qibla::distanceText(Qibla::distanceKm(place.latitude, place.longitude)));
+    const TimeZone zone = place.timeZone();
+    if (const std::optional<Instant> hour = Qibla::sunInDirection(day, place.latitude, place.longitude, zone))
+        line += QStringLiteral(" · kıble saati ") + QString::fromStdString(OrvelFormat::time(*hour, zone));
+    return line;
 }
 
 CountdownTitle countdownTitle(const QString &phrase, const QString &name)

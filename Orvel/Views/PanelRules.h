@@ -4,6 +4,7 @@
 #include "DayTimes.h"
 #include "Instant.h"
 #include "Kerahat.h"
+#include "Location.h"
 #include "Prayer.h"
 #include "PrayerSchedule.h"
 #include "ReligiousDays.h"
@@ -49,6 +50,10 @@ QString kerahatAccessibleName(const KerahatInterval &interval, const TimeZone &z
 // günü"), else in Ramadan "Ramazan'ın 5. günü"; none on other days.
 std::optional<QString> ramadanLine(std::optional<int64_t> ramadanDay, const std::optional<DayTimes> &today,
                                    const std::vector<ReligiousDay> &religiousDays = {});
+
+// The place's tooltip: "Kıble 152° (güneydoğu) · Kâbe'ye 2.405 km · kıble saati 10:59", without
+// the hour on a day the sun never stands in the qibla's direction.
+QString qiblaLine(const Location &place, const DayKey &day);
 
 // The countdown title: the name emphasised when the phrase starts with it, then the rest.
 struct CountdownTitle {

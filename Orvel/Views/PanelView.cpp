@@ -215,6 +215,7 @@ void PanelView::refreshHeader(Appearance appearance)
     place_->setSymbol(QStringLiteral("mappin.and.ellipse"), placeSymbolPoints, accent);
     place_->setText(QString::fromStdString(model_.setting(Settings::location).name),
                     ViewStyle::font(placePoints, QFont::DemiBold), ViewStyle::primary(appearance));
+    place_->setToolTip(PanelRules::qiblaLine(model_.setting(Settings::location), model_.todayKey()));
     date_->setText(model_.dateLine(), ViewStyle::font(datePoints), secondary);
 
     const std::optional<QString> ramadan = PanelRules::ramadanLine(model_.ramadanDay(), model_.today(), model_.religiousDays());

@@ -182,3 +182,17 @@ TEST(PanelRules, RowTagsAndBell)
 
     EXPECT_EQ(PanelRules::bellToolTip(Prayer::ikindi, true), QStringLiteral("İkindi bildirimini kapat"));
 }
+
+// The place's tooltip gives the qibla in the words of the command line, and the kıble saati only
+// on a day the sun stands in the qibla's direction.
+TEST(PanelRules, QiblaLine)
+{
+    const Location istanbul = Location::istanbul();
+    const QString line = PanelRules::qiblaLine(istanbul, {2026, 3, 10});
+    EXPECT_TRUE(line.startsWith(QStringLiteral("Kıble 152° (güneydoğu) · Kâbe'ye 2.4"))) << line.toStdString();
+    EXPECT_TRUE(line.contains(QStringLiteral(" · kıble saati "))) << line.toStdString();
+    // In the polar night the sun never rises, so no shadow points anywhere.
+    const Location north{"Longyearbyen", 78.2232, 15.6267, "Arctic/Longyearbyen"};
+    const QString polar = PanelRules::qiblaLine(north, {2026, 12, 21});
+    EXPECT_FALSE(polar.contains(QStringLiteral("kıble saati"))) << polar.toStdString();
+}
