@@ -4,6 +4,7 @@
 #include "DiyanetCalendar.h"
 #include "Gazetteer.h"
 #include "DaysCommand.h"
+#include "IcsCommand.h"
 #include "ImsakiyeCommand.h"
 #include "PlacesCommand.h"
 #include "QiblaCommand.h"
@@ -33,7 +34,7 @@ struct Command {
     std::string (*help)();
 };
 
-constexpr std::array<Command, 7> commands{{
+constexpr std::array<Command, 8> commands{{
     {"times", "bir yerin namaz vakitleri, gün gün (tablo ya da --json)", cli::TimesCommand::run, cli::TimesCommand::help},
     {"status", "sıradaki vakit ve kalan süre (--format text, json, waybar, line ya da genmon)", cli::StatusCommand::run,
      cli::StatusCommand::help},
@@ -42,6 +43,7 @@ constexpr std::array<Command, 7> commands{{
      cli::ImsakiyeCommand::help},
     {"days", "bir yılın dini günleri ve geceleri (tablo ya da --json)", cli::DaysCommand::run, cli::DaysCommand::help},
     {"qibla", "kıble yönü, Kâbe'ye uzaklık ve günün kıble saati", cli::QiblaCommand::run, cli::QiblaCommand::help},
+    {"ics", "vakitler ve dini günler takvim dosyası olarak (iCalendar)", cli::IcsCommand::run, cli::IcsCommand::help},
     {"stop", "açık olan Orvel'in çaldığı sesi sustur", cli::StopCommand::run, cli::StopCommand::help},
 }};
 

@@ -5,7 +5,7 @@ _orvel_cli()
     local cur prev words cword
     _init_completion || return
 
-    local commands="times status places imsakiye days qibla stop"
+    local commands="times status places imsakiye days qibla ics stop"
     local place="--lat --lon --tz --name --method"
     local source="--service --cache --offline"
     local command=${words[1]}
@@ -31,7 +31,10 @@ _orvel_cli()
         --cache)
             _filedir -d
             return ;;
-        --lat|--lon|--name|--service|--date|--days|--now|--offset|--choose|--geocoder|--year)
+        --output)
+            _filedir ics
+            return ;;
+        --lat|--lon|--name|--service|--date|--days|--now|--offset|--choose|--geocoder|--year|--prayers)
             return ;;
     esac
 
@@ -43,6 +46,7 @@ _orvel_cli()
         imsakiye) options="--mode --offset --date --json $place $source" ;;
         days) options="--year --method --json" ;;
         qibla) options="--date --json $place" ;;
+        ics) options="--date --days --prayers --output $place $source" ;;
     esac
     COMPREPLY=($(compgen -W "$options --help" -- "$cur"))
 }

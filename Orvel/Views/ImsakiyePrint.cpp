@@ -240,6 +240,12 @@ QString askForPdfPath(QWidget *parent, const QString &suggested)
                                         QStringLiteral("PDF belgesi (*.pdf)"));
 }
 
+QString askForCalendarPath(QWidget *parent, const QString &suggested)
+{
+    return QFileDialog::getSaveFileName(parent, QStringLiteral("Takvime aktar"), suggested,
+                                        QStringLiteral("iCalendar dosyası (*.ics)"));
+}
+
 bool askForPrinter(QPrinter &printer, QWidget *parent)
 {
     QPrintDialog dialog(&printer, parent);
@@ -251,7 +257,7 @@ bool askForPrinter(QPrinter &printer, QWidget *parent)
 
 Dialogs Dialogs::system()
 {
-    return {askForPdfPath, askForPrinter};
+    return {askForPdfPath, askForPrinter, askForCalendarPath};
 }
 
 void paint(QPainter &painter, const QRectF &area, qreal unit, const ImsakiyeSheet &sheet)
@@ -322,6 +328,13 @@ QString suggestedPath(const ImsakiyeSheet &sheet)
     name.replace(u'/', u'-');
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QDir(folder.isEmpty() ? QDir::homePath() : folder).filePath(name + QStringLiteral(".pdf"));
+}
+
+QString suggestedCalendarPath(const ImsakiyeSheet &sheet)
+{
+    QString path = suggestedPath(sheet);
+    path.chop(static_cast<qsizetype>(std::string_view(".pdf").size()));
+    return path + QStringLiteral(".ics");
 }
 
 } // namespace orvel::ImsakiyePrint

@@ -41,6 +41,8 @@ struct Dialogs {
     std::function<QString(QWidget *parent, const QString &suggestedPath)> pdfPath;
     // False when the user cancelled; the printer is set up as chosen otherwise.
     std::function<bool(QPrinter &printer, QWidget *parent)> choosePrinter;
+    // The chosen calendar file, or an empty string when the user cancelled.
+    std::function<QString(QWidget *parent, const QString &suggestedPath)> calendarPath;
 
     static Dialogs system();
 };
@@ -54,6 +56,8 @@ bool writePdf(const ImsakiyeSheet &sheet, const QString &path);
 bool print(const ImsakiyeSheet &sheet, QPrinter &printer);
 // "İmsakiye Mart 2026.pdf" in the documents folder.
 QString suggestedPath(const ImsakiyeSheet &sheet);
+// The same name for the calendar file: "İmsakiye Mart 2026.ics".
+QString suggestedCalendarPath(const ImsakiyeSheet &sheet);
 
 } // namespace ImsakiyePrint
 

@@ -1,8 +1,11 @@
 #include "ImsakiyeView.h"
 
 #include "AppModel.h"
+#include "CalendarFile.h"
 #include "ImsakiyeHeader.h"
 #include "ImsakiyeRow.h"
+#include "ReligiousDays.h"
+#include "SafeFile.h"
 #include "SegmentedControl.h"
 #include "Spinner.h"
 #include "SymbolButton.h"
@@ -252,6 +255,8 @@ void ImsakiyeView::addShortcuts()
     printAction_->setText(QStringLiteral("Yazdır…"));
     pdfAction_ = add({}, [this] { savePdf(); });
     pdfAction_->setText(QStringLiteral("PDF olarak kaydet…"));
+    calendarAction_ = add({}, [this] { saveCalendar(); });
+    calendarAction_->setText(QStringLiteral("Takvime aktar…"));
 }
 
 void ImsakiyeView::showPrintMenu()
@@ -260,6 +265,7 @@ void ImsakiyeView::showPrintMenu()
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(printAction_);
     menu->addAction(pdfAction_);
+    menu->addAction(calendarAction_);
     menu->popup(printMenuButton_->mapToGlobal(QPoint(0, printMenuButton_->height())));
 }
 
@@ -515,6 +521,24 @@ bool ImsakiyeView::savePdf()
     if (path.isEmpty())
         return false;
     return ImsakiyePrint::writePdf(sheet, path);
+}
+
+bool ImsakiyeView::saveCalendar()
+{
+    if (days_.empty())
+        return false;
+    const ImsakiyeSheet sheet = this->sheet();
+    const QString path
+        = dialogs_.calendarPath ? dialogs_.calendarPath(this, ImsakiyePrint::suggestedCalendarPath(sheet)) : QString();
+    if (path.isEmpty())
+        return false;
+    const Location &location = model_.setting(Settings::location);
+    const CalculationMethod method = model_.setting(Settings::method);
+    const int64_t correction = model_.setting(Settings::timesOptions).hijriCorrection;
+    const CalendarFile::Contents contents{
+        location, method, days_, {Prayer::all.begin(), Prayer::all.end()},
+        ReligiousDays::between(days_.front().day, days_.back().day, method, correction), model_.now()};
+    return SafeFile::write(path.toStdString(), CalendarFile::ics(contents));
 }
 
 bool ImsakiyeView::print()

@@ -89,6 +89,9 @@ public:
 
     // Asks for a file and saves the page there; false when cancelled or not written.
     bool savePdf();
+    // Asks where and writes the shown days' times and religious days as an iCalendar file; false
+    // when cancelled or not written.
+    bool saveCalendar();
     // Asks for a printer and prints the page; false when cancelled or not printed.
     bool print();
     void setDialogs(ImsakiyePrint::Dialogs dialogs);
@@ -100,6 +103,7 @@ public:
     SymbolButton *printButton() const { return printMenuButton_; }
     QAction *printAction() const { return printAction_; }
     QAction *pdfAction() const { return pdfAction_; }
+    QAction *calendarAction() const { return calendarAction_; }
     TightLabel *titleLabel() const { return title_; }
     ImsakiyeHeader *header() const { return header_; }
     Spinner *spinner() const { return spinner_; }
@@ -163,6 +167,7 @@ private:
     SymbolButton *printMenuButton_ = nullptr;
     QAction *printAction_ = nullptr;
     QAction *pdfAction_ = nullptr;
+    QAction *calendarAction_ = nullptr;
     ImsakiyeHeader *header_ = nullptr;
     Spinner *spinner_ = nullptr;
     QScrollArea *list_ = nullptr;

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+
 #include <QAction>
 #include <QPrinter>
 #include <QProcess>
@@ -350,6 +352,34 @@ TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
         EXPECT_TRUE(printed.contains(QString::fromStdString(row->content().row.date))) << row->content().row.date;
     EXPECT_TRUE(printed.contains(QStringLiteral("Ramazan Başlangıcı")) == false) << "1 Ramadan is in February";
     EXPECT_TRUE(pdfInfo(folder.filePath("printed.pdf")).contains(QRegularExpression(QStringLiteral("Pages: +1\\n"))));
+}
+
+// "Takvime aktar…" writes the page on screen: six events a day and its religious days.
+TEST_F(ImsakiyeViewTest, TheShownPageGoesToTheCalendar)
+{
+    std::unique_ptr<AppModel> model = loadedModel();
+    ImsakiyeView view(*model, ImsakiyeMode::ramadan);
+    ASSERT_TRUE(waitForDays(view));
+    QString suggested, answer;
+    view.setDialogs({{}, {}, [&](QWidget *, const QString &path) {
+                         suggested = path;
+                         return answer;
+                     }});
+    EXPECT_FALSE(view.saveCalendar()) << "cancelled";
+    EXPECT_TRUE(suggested.endsWith(QStringLiteral("/İmsakiye Ramazan 1447 · 19 Şub – 19 Mar 2026.ics")))
+        << suggested.toStdString();
+
+    answer = folder.filePath("ramazan.ics");
+    view.calendarAction()->trigger();
+    QFile file(answer);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    EXPECT_TRUE(text.startsWith(QStringLiteral("BEGIN:VCALENDAR")));
+    // 29 days, the Ramadan's start, the Kadir night and the Arefe.
+    EXPECT_EQ(text.count(QStringLiteral("BEGIN:VEVENT")), 29 * 6 + 3);
+    for (const char *expected : {"SUMMARY:Ramazan Başlangıcı", "SUMMARY:Kadir Gecesi", "SUMMARY:Ramazan Bayramı Arefesi",
+                                 "DTSTART;VALUE=DATE:20260316"})
+        EXPECT_TRUE(text.contains(QString::fromUtf8(expected))) << expected;
 }
 
 TEST_F(ImsakiyeViewTest, RendersInTheForcedAppearance)
