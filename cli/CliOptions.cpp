@@ -307,6 +307,28 @@ Location PlaceOptions::location() const
     return place;
 }
 
+std::vector<DayKey> DayRange::days() const
+{
+    std::vector<DayKey> keys;
+    keys.reserve(static_cast<size_t>(count));
+    for (int64_t i = 0; i < count; ++i)
+        keys.push_back(first.adding(i));
+    return keys;
+}
+
+void DayRangeOptions::addTo(OptionTable &table)
+{
+    table.add({"--date", "YYYY-AA-GG", "ilk gün (varsayılan: yerin saat dilimine göre bugün)",
+               [this](std::string_view value) { date = Values::date(value); }});
+    table.add({"--days", "N", "kaç gün (1…400, varsayılan " + std::to_string(count) + ")",
+               [this](std::string_view value) { count = Values::integer(value, "gün sayısı", 1, maxDays); }});
+}
+
+DayRange DayRangeOptions::range(const Location &location, const Clock &clock) const
+{
+    return {date ? *date : DayKey::from(clock.now(), location.timeZone()), count};
+}
+
 SourceOptions::SourceOptions()
     : serviceURL(AladhanClient::defaultBaseURL)
 {

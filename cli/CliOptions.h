@@ -107,6 +107,30 @@ struct PlaceOptions {
     TimesQuery query() const { return {location(), method, times}; }
 };
 
+// The days a command covers: from the first for `count` days.
+struct DayRange {
+    DayKey first;
+    int64_t count = 1;
+
+    std::vector<DayKey> days() const;
+};
+
+// --date (the first day; else today at the place) and --days (1…400), shared by the commands
+// that cover several days.
+struct DayRangeOptions {
+    static constexpr int64_t maxDays = 400;
+
+    std::optional<DayKey> date;
+    int64_t count = 1;
+
+    explicit DayRangeOptions(int64_t defaultCount = 1)
+        : count(defaultCount)
+    {
+    }
+    void addTo(OptionTable &table);
+    DayRange range(const Location &location, const Clock &clock) const;
+};
+
 // Where the times come from, shared by every command that shows times: --service, --cache and
 // --offline.
 struct SourceOptions {

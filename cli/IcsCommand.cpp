@@ -12,12 +12,9 @@ namespace orvel::cli::IcsCommand {
 
 namespace {
 
-constexpr int64_t maxDays = 400;
-
 struct Choices {
     PlaceOptions place = AppSettings::placeOptions();
-    std::optional<DayKey> date;
-    int64_t dayCount = 30;
+    DayRangeOptions range{30};
     std::set<Prayer::Value> prayers{Prayer::all.begin(), Prayer::all.end()};
     std::optional<std::filesystem::path> output;
     SourceOptions sources;
@@ -44,10 +41,7 @@ std::set<Prayer::Value> prayerList(std::string_view text)
 OptionTable optionTable(Choices &choices)
 {
     OptionTable table;
-    table.add({"--date", "YYYY-AA-GG", "ilk gün (varsayılan: yerin saat dilimine göre bugün)",
-               [&choices](std::string_view value) { choices.date = Values::date(value); }});
-    table.add({"--days", "N", "kaç gün (1…400, varsayılan 30)",
-               [&choices](std::string_view value) { choices.dayCount = Values::integer(value, "gün sayısı", 1, maxDays); }});
+    choices.range.addTo(table);
     table.add({"--prayers", "LİSTE", "etkinlik olacak vakitler, virgülle: imsak,gunes,ogle,ikindi,aksam,yatsi (varsayılan hepsi)",
                [&choices](std::string_view value) { choices.prayers = prayerList(value); }});
     table.add({"--output", "DOSYA", "takvimi bu dosyaya yaz (varsayılan: standart çıktı)",
@@ -66,8 +60,7 @@ Request parse(const std::vector<std::string> &args, const Clock &clock)
     optionTable(choices).parse(args);
     Request request;
     static_cast<TimesQuery &>(request) = choices.place.query();
-    request.first = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
-    request.dayCount = choices.dayCount;
+    request.range = choices.range.range(request.location, clock);
     request.prayers = choices.prayers;
     request.output = choices.output;
     request.sources = choices.sources;
@@ -88,9 +81,7 @@ std::string help()
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
     const Request request = parse(args, clock);
-    std::vector<DayKey> keys;
-    for (int64_t i = 0; i < request.dayCount; ++i)
-        keys.push_back(request.first.adding(i));
+    const std::vector<DayKey> keys = request.range.days();
     const DaysAnswer answer = request.sources.daySource(clock)(keys, request.location, request.method, request.times);
     if (const auto notice = request.sources.fallbackNotice(answer))
         err << *notice << '\n';

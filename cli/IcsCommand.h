@@ -20,8 +20,7 @@ class Clock;
 namespace orvel::cli::IcsCommand {
 
 struct Request : TimesQuery {
-    DayKey first;
-    int64_t dayCount = 30;
+    DayRange range;
     std::set<Prayer::Value> prayers{Prayer::all.begin(), Prayer::all.end()};
     std::optional<std::filesystem::path> output; // none: standard output
     SourceOptions sources;

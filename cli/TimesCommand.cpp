@@ -16,12 +16,9 @@ namespace orvel::cli::TimesCommand {
 
 namespace {
 
-constexpr int64_t maxDays = 400;
-
 struct Choices {
     PlaceOptions place = AppSettings::placeOptions();
-    std::optional<DayKey> date;
-    int64_t dayCount = 1;
+    DayRangeOptions range{1};
     SourceOptions sources;
     bool json = false;
 };
@@ -29,10 +26,7 @@ struct Choices {
 OptionTable optionTable(Choices &choices)
 {
     OptionTable table;
-    table.add({"--date", "YYYY-AA-GG", "ilk gün (varsayılan: yerin saat dilimine göre bugün)",
-               [&choices](std::string_view value) { choices.date = Values::date(value); }});
-    table.add({"--days", "N", "kaç gün (1…400, varsayılan 1)",
-               [&choices](std::string_view value) { choices.dayCount = Values::integer(value, "gün sayısı", 1, maxDays); }});
+    choices.range.addTo(table);
     choices.place.addTo(table);
     choices.sources.addTo(table);
     table.add({"--json", "", "tablo yerine JSON yaz", [&choices](std::string_view) { choices.json = true; }});
@@ -47,23 +41,13 @@ std::string sourceLine(TimesSource source)
 
 } // namespace
 
-std::vector<DayKey> Request::days() const
-{
-    std::vector<DayKey> keys;
-    keys.reserve(static_cast<size_t>(dayCount));
-    for (int64_t i = 0; i < dayCount; ++i)
-        keys.push_back(first.adding(i));
-    return keys;
-}
-
 Request parse(const std::vector<std::string> &args, const Clock &clock)
 {
     Choices choices;
     optionTable(choices).parse(args);
     Request request;
     static_cast<TimesQuery &>(request) = choices.place.query();
-    request.first = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
-    request.dayCount = choices.dayCount;
+    request.range = choices.range.range(request.location, clock);
     request.sources = choices.sources;
     request.json = choices.json;
     return request;
@@ -116,7 +100,7 @@ std::string help()
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
     const Request request = parse(args, clock);
-    const DaysAnswer answer = request.sources.daySource(clock)(request.days(), request.location, request.method, request.times);
+    const DaysAnswer answer = request.sources.daySource(clock)(request.range.days(), request.location, request.method, request.times);
     if (request.json) {
         out << json(request, answer);
         return 0;

@@ -21,12 +21,10 @@ namespace orvel::cli {
 namespace TimesCommand {
 
 struct Request : TimesQuery {
-    DayKey first;
-    int64_t dayCount = 1;
+    DayRange range;
     SourceOptions sources;
     bool json = false;
 
-    std::vector<DayKey> days() const;
 };
 
 // Reads the arguments after "times"; without --date the first day is today at the place.
