@@ -99,6 +99,9 @@ void OptionTable::parse(const std::vector<std::string> &args) const
             throw UsageError("beklenmeyen bağımsız değişken: " + text(arg));
         const std::size_t equals = arg.find('=');
         const std::string_view name = arg.substr(0, equals);
+        // Every command takes --help, which wins before any parsing.
+        if (name == "--help")
+            continue;
         const Option *option = find(name);
         if (!option)
             throw UsageError("bilinmeyen seçenek: " + text(name));
@@ -141,7 +144,9 @@ bool wantsHelp(const std::vector<std::string> &args)
 
 std::string usage(std::string_view synopsis, std::string_view description, const OptionTable &options)
 {
-    return "Kullanım: orvel-cli " + text(synopsis) + "\n\n" + text(description) + "\n\nSeçenekler:\n" + options.help();
+    OptionTable listed = options;
+    listed.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
+    return "Kullanım: orvel-cli " + text(synopsis) + "\n\n" + text(description) + "\n\nSeçenekler:\n" + listed.help();
 }
 
 namespace Values {

@@ -38,7 +38,6 @@ OptionTable optionTable(Request &request)
     table.add({"--method", "YÖNTEM", "takvimin yöntemi: diyanet Diyanet'in takvimi, diğerleri Ümmü'l-Kura",
                [&request](std::string_view value) { request.method = Values::method(value); }});
     table.add({"--json", "", "tablo yerine JSON yaz", [&request](std::string_view) { request.json = true; }});
-    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
 }
 

@@ -48,7 +48,6 @@ OptionTable optionTable(Choices &choices)
                [&choices](std::string_view value) { choices.output = std::filesystem::path(std::string(value)); }});
     choices.place.addTo(table);
     choices.sources.addTo(table);
-    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
 }
 

@@ -56,7 +56,6 @@ OptionTable optionTable(Choices &choices)
     choices.place.addTo(table);
     choices.sources.addTo(table);
     table.add({"--json", "", "tablo yerine JSON yaz", [&choices](std::string_view) { choices.json = true; }});
-    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
 }
 

@@ -28,7 +28,6 @@ OptionTable optionTable(Request &request)
     table.add({"--json", "", "liste yerine JSON yaz", [&request](std::string_view) { request.json = true; }});
     table.add({"--geocoder", "ADRES", "yer arama servisinin adresi (varsayılan " + std::string(Geocoder::defaultSearchURL) + ")",
                [&request](std::string_view value) { request.searchURL = Values::serviceURL(value); }});
-    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
 }
 

@@ -28,7 +28,6 @@ OptionTable optionTable(Choices &choices)
                [&choices](std::string_view value) { choices.date = Values::date(value); }});
     choices.place.addTo(table);
     table.add({"--json", "", "metin yerine JSON yaz", [&choices](std::string_view) { choices.json = true; }});
-    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
 }
 

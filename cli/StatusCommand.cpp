@@ -56,7 +56,6 @@ OptionTable optionTable(Choices &choices)
                [&choices](std::string_view) { choices.follow = true; }});
     choices.place.addTo(table);
     choices.sources.addTo(table);
-    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return table;
 }
 

@@ -9,19 +9,15 @@ namespace orvel::cli::StopCommand {
 
 std::string help()
 {
-    OptionTable table;
-    table.add({"--help", "", "bu yardımı göster", [](std::string_view) {}});
     return usage("stop",
                  "Açık olan Orvel'in çaldığı vakit sesini hemen susturur. Bir kısayol tuşuna ya da panel\n"
                  "düğmesine bağlanabilir. Orvel açık değilse 1 ile çıkar.",
-                 table);
+                 OptionTable());
 }
 
 int run(const std::vector<std::string> &args, const Clock &, std::ostream &, std::ostream &err)
 {
-    OptionTable table;
-    table.add({"--help", "", "", [](std::string_view) {}});
-    table.parse(args);
+    OptionTable().parse(args);
     if (!OrvelBus::call("StopSound")) {
         err << "orvel-cli: Orvel açık değil; susturulacak ses yok\n";
         return 1;
