@@ -166,10 +166,11 @@ std::string help()
     Choices choices;
     return usage("imsakiye [seçenekler]",
                  "Uygulamanın İmsakiye penceresindeki sayfayı yazar: başlık, yer ve yöntem, sonra her gün için\n"
-                 "tarih, Hicri tarih, altı vakit ve dini gün (kandiller, Ramazan başlangıcı, Kadir Gecesi, arefeler, bayramlar); bugünün satırı\n"
-                 "* ile işaretlidir. Hafta pazartesiden pazara, ay takvim ayı kadardır; Ramazan sayfası Ramazan\n"
-                 "ayının günlerini gösterir, bu yılın Ramazanı bittiyse gelecek yılınkini. --offset ile önceki ve\n"
-                 "sonraki sayfalara geçilir. Yer, yöntem ve kaynak seçenekleri times komutundakilerle aynıdır.",
+                 "tarih, Hicri tarih, altı vakit ve günün dini günü (kandiller, Ramazan başlangıcı, Kadir Gecesi,\n"
+                 "arefeler, bayramlar); bugünün satırı * ile işaretlidir. Hafta pazartesiden pazara, ay takvim ayı\n"
+                 "kadardır; Ramazan sayfası Ramazan ayının günlerini gösterir, bu yılın Ramazanı bittiyse gelecek\n"
+                 "yılınkini. --offset ile önceki ve sonraki sayfalara geçilir. Yer, yöntem ve kaynak seçenekleri\n"
+                 "times komutundakilerle aynıdır.",
                  optionTable(choices));
 }
 
