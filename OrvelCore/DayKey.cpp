@@ -58,6 +58,13 @@ void from_json(const nlohmann::json &json, DayKey &day)
         throw nlohmann::json::other_error::create(501, "no such date", &json);
 }
 
+int64_t DayKey::weekday() const
+{
+    // 1970-01-01 was a Thursday.
+    const int64_t days = Calendars::daysFromCivil(year, month, day);
+    return ((days + 4) % 7 + 7) % 7;
+}
+
 double DayKey::julianDay() const
 {
     // Meeus, Astronomical Algorithms, 7.1: January and February count as months 13 and 14 of the

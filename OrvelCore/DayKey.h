@@ -34,6 +34,9 @@ struct DayKey {
     std::string description() const; // "2025-03-07"
     // The Julian day number at 0h UT of the date (2024-02-29: 2460369.5).
     double julianDay() const;
+    // The day of the week, 0 for Sunday to 6 for Saturday.
+    int64_t weekday() const;
+    bool isFriday() const { return weekday() == 5; }
 
     auto operator<=>(const DayKey &) const = default;
 };

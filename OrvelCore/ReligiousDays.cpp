@@ -1,6 +1,5 @@
 #include "ReligiousDays.h"
 
-#include "Calendars.h"
 #include "DiyanetCalendar.h"
 
 namespace orvel {
@@ -10,15 +9,6 @@ namespace {
 using Kind = ReligiousDay::Kind;
 
 constexpr int64_t muharrem = 1, rebiulevvel = 3, recep = 7, saban = 8, ramazan = 9, sevval = 10, zilhicce = 12;
-constexpr int64_t friday = 5; // days since Sunday
-
-int64_t weekday(const DayKey &day)
-{
-    // 1970-01-01 was a Thursday.
-    const int64_t days = Calendars::daysFromCivil(day.year, day.month, day.day);
-    return ((days + 4) % 7 + 7) % 7;
-}
-
 bool is(const HijriDate &date, int64_t month, int64_t day)
 {
     return date.month == month && date.day == day;
@@ -108,7 +98,7 @@ HijriDate hijriDate(const DayKey &day, CalculationMethod method, int64_t correct
 
 std::vector<ReligiousDay> of(const DayKey &day, const HijriDate &today, const HijriDate &tomorrow)
 {
-    return entries(day, today, tomorrow, weekday(day.adding(1)) == friday);
+    return entries(day, today, tomorrow, day.adding(1).isFriday());
 }
 
 std::vector<ReligiousDay> between(const DayKey &first, const DayKey &last, CalculationMethod method,

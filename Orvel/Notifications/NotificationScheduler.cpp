@@ -1,6 +1,5 @@
 #include "NotificationScheduler.h"
 
-#include "Calendars.h"
 #include "Clock.h"
 #include "NotificationBackend.h"
 #include "OrvelFormat.h"
@@ -68,19 +67,10 @@ NotificationRequest kerahatRequest(const KerahatInterval &interval, const TimeZo
     };
 }
 
-constexpr int64_t friday = 5; // days since Sunday
-
-bool isFriday(const DayKey &day)
-{
-    // 1970-01-01 was a Thursday.
-    const int64_t days = Calendars::daysFromCivil(day.year, day.month, day.day);
-    return ((days + 4) % 7 + 7) % 7 == friday;
-}
-
 std::optional<NotificationRequest> fridayRequest(const DayTimes &day, const NotificationPlan &plan, Instant now,
                                                  const TimeZone &machineZone)
 {
-    if (plan.fridayMinutes < 1 || !isFriday(day.day))
+    if (plan.fridayMinutes < 1 || !day.day.isFriday())
         return std::nullopt;
     const Instant at = day[Prayer::ogle] - static_cast<double>(plan.fridayMinutes) * 60.0;
     // A reminder is no reason to break the quiet.

@@ -83,6 +83,12 @@ TYPED_TEST(EveryEnumeration, eachChoiceHasItsOwnIdAndReadsBack)
 
 TEST(DayKey, arithmeticOverMonthYearAndLeapBoundaries)
 {
+    // Weekdays on both sides of the count's zero (1970-01-01, a Thursday) and across a leap day.
+    EXPECT_EQ((DayKey{1970, 1, 1}).weekday(), 4);
+    EXPECT_EQ((DayKey{1969, 12, 28}).weekday(), 0);
+    EXPECT_TRUE((DayKey{2026, 12, 11}).isFriday());
+    EXPECT_EQ((DayKey{2024, 3, 1}).weekday(), 5);
+    EXPECT_EQ((DayKey{2024, 2, 29}).weekday(), 4);
     const struct { DayKey from; int64_t days; DayKey to; } cases[] = {
         {{2024, 12, 31}, 1, {2025, 1, 1}},  {{2025, 1, 1}, -1, {2024, 12, 31}}, {{2024, 3, 1}, -1, {2024, 2, 29}},
         {{2023, 3, 1}, -1, {2023, 2, 28}},  {{1900, 2, 28}, 1, {1900, 3, 1}},   {{2000, 2, 28}, 1, {2000, 2, 29}},
