@@ -82,10 +82,14 @@ std::string bearingText(double bearing)
 
 std::string distanceText(double kilometres)
 {
-    std::string digits = std::to_string(std::lround(kilometres));
-    for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3)
-        digits.insert(static_cast<size_t>(at), ".");
-    return digits + " km";
+    const std::string digits = std::to_string(std::lround(kilometres));
+    std::string grouped;
+    for (size_t i = 0; i < digits.size(); ++i) {
+        if (i > 0 && (digits.size() - i) % 3 == 0)
+            grouped += '.';
+        grouped += digits[i];
+    }
+    return grouped + " km";
 }
 
 std::optional<Instant> sunInDirection(const DayKey &day, double latitude, double longitude, const TimeZone &zone)
