@@ -1,7 +1,7 @@
 #include "TimesOptions.h"
 
-#include "DiyanetCalendar.h"
 #include "JsonValues.h"
+#include "ReligiousDays.h"
 
 #include <nlohmann/json.hpp>
 
@@ -13,11 +13,6 @@ namespace orvel {
 namespace {
 
 constexpr double minuteSeconds = 60;
-
-HijriDate calendarDate(const DayKey &day, CalculationMethod method)
-{
-    return method == CalculationMethod::diyanet ? DiyanetCalendar::date(day) : HijriDate::approximate(day);
-}
 
 } // namespace
 
@@ -33,7 +28,7 @@ DayTimes TimesOptions::applied(DayTimes day, CalculationMethod method) const
         day.times[i] = day.times[i] + static_cast<double>(minuteAdjustments[i]) * minuteSeconds;
     // The date a day later is the one the calendar gives the next day, month lengths included.
     if (hijriCorrection != 0)
-        day.hijri = calendarDate(day.day.adding(hijriCorrection), method);
+        day.hijri = ReligiousDays::hijriDate(day.day, method, hijriCorrection);
     return day;
 }
 
