@@ -27,7 +27,6 @@ public:
     // The content is made by `make` when the panel first opens, so that starting costs nothing
     // for a panel that may never be opened.
     void setContentFactory(std::function<QWidget *()> make);
-    QWidget *content() const { return content_; }
     // A line above the content while the panel is a window (how to bring the item into a panel
     // that shows none); empty hides it.
     void setNotice(const QString &text);

@@ -85,6 +85,13 @@ HeroCard::HeroCard(QWidget *parent)
     , legend_(new TightLabel)
     , yatsi_(new TightLabel)
 {
+    title_->setObjectName(QStringLiteral("countdownTitle"));
+    bigTime_->setObjectName(QStringLiteral("bigTime"));
+    subtitle_->setObjectName(QStringLiteral("subtitle"));
+    imsak_->setObjectName(QStringLiteral("firstTime"));
+    legend_->setObjectName(QStringLiteral("legend"));
+    yatsi_->setObjectName(QStringLiteral("lastTime"));
+    bar_->setObjectName(QStringLiteral("progressBar"));
     // The bar and its knob reach into the card's padding, so the other rows are inset instead.
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(16 - DayProgressBar::overhang, 14, 16 - DayProgressBar::overhang, 12);

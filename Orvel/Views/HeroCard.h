@@ -25,13 +25,6 @@ public:
 
     void refresh(const AppModel &model, const PrayerStatus &status, const DayTimes &today);
 
-    TightLabel *countdownTitle() const { return title_; }
-    TightLabel *bigTime() const { return bigTime_; }
-    TightLabel *subtitle() const { return subtitle_; }
-    TightLabel *firstTime() const { return imsak_; }
-    TightLabel *legend() const { return legend_; }
-    TightLabel *lastTime() const { return yatsi_; }
-    DayProgressBar *progressBar() const { return bar_; }
     QString tileSymbol() const { return tileSymbol_; }
 
 protected:

@@ -84,18 +84,22 @@ ImsakiyeView::ImsakiyeView(AppModel &model, ImsakiyeMode mode, std::optional<Loa
     column->addWidget(divider());
 
     header_ = new ImsakiyeHeader;
+    header_->setObjectName(QStringLiteral("header"));
     column->addWidget(header_);
 
     spinner_ = new Spinner;
+    spinner_->setObjectName(QStringLiteral("spinner"));
     spinner_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     column->addWidget(spinner_, 1);
 
     list_ = new QScrollArea;
+    list_->setObjectName(QStringLiteral("list"));
     list_->setFrameShape(QFrame::NoFrame);
     list_->setWidgetResizable(true);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->viewport()->setAutoFillBackground(false);
     rowsBox_ = new QWidget;
+    rowsBox_->setObjectName(QStringLiteral("rows"));
     rowsBox_->setAutoFillBackground(false);
     auto *rows = new QVBoxLayout(rowsBox_);
     rows->setContentsMargins(listPadding, listTop, listPadding, listBottom);
@@ -156,6 +160,7 @@ QWidget *ImsakiyeView::makeToolbar()
     for (const ImsakiyeMode::Value mode : ImsakiyeMode::all)
         modes << ViewStyle::text(ImsakiyeMode(mode).label());
     picker_ = new SegmentedControl(modes, QStringLiteral("Görünüm"));
+    picker_->setObjectName(QStringLiteral("modePicker"));
     picker_->setFixedSize(pickerWidth, SegmentedControl::defaultHeight);
     picker_->setCurrent(static_cast<int>(mode_));
     connect(picker_, &SegmentedControl::chosen, this,
@@ -164,6 +169,7 @@ QWidget *ImsakiyeView::makeToolbar()
     row->addStretch(1);
 
     previous_ = new SymbolButton;
+    previous_->setObjectName(QStringLiteral("previousButton"));
     previous_->setHitSize(QSize(iconButtonSize, iconButtonSize));
     previous_->setToolTip(QStringLiteral("Önceki"));
     previous_->setAccessibleName(QStringLiteral("Önceki"));
@@ -176,6 +182,7 @@ QWidget *ImsakiyeView::makeToolbar()
     auto *titleRow = new QHBoxLayout(titleBox);
     titleRow->setContentsMargins(6, 0, 6, 0);
     title_ = new TightLabel;
+    title_->setObjectName(QStringLiteral("titleLabel"));
     // A Ramadan's title in a narrow window shrinks a little rather than lose its end.
     title_->setMinimumScale(titleMinimumScale);
     title_->setElides(true);
@@ -183,6 +190,7 @@ QWidget *ImsakiyeView::makeToolbar()
     row->addWidget(titleBox, 0, Qt::AlignVCenter);
 
     next_ = new SymbolButton;
+    next_->setObjectName(QStringLiteral("nextButton"));
     next_->setHitSize(QSize(iconButtonSize, iconButtonSize));
     next_->setToolTip(QStringLiteral("Sonraki"));
     next_->setAccessibleName(QStringLiteral("Sonraki"));
@@ -191,6 +199,7 @@ QWidget *ImsakiyeView::makeToolbar()
 
     row->addSpacing(4);
     today_ = new SymbolButton;
+    today_->setObjectName(QStringLiteral("todayButton"));
     today_->setHitSize(todayButtonSize);
     today_->setAccessibleName(QStringLiteral("Bugün"));
     connect(today_, &QAbstractButton::clicked, this, &ImsakiyeView::showToday);
@@ -198,6 +207,7 @@ QWidget *ImsakiyeView::makeToolbar()
 
     row->addSpacing(6);
     printMenuButton_ = new SymbolButton;
+    printMenuButton_->setObjectName(QStringLiteral("printButton"));
     printMenuButton_->setHitSize(QSize(iconButtonSize, iconButtonSize));
     printMenuButton_->setToolTip(QStringLiteral("Yazdır veya PDF olarak kaydet"));
     printMenuButton_->setAccessibleName(QStringLiteral("Yazdır veya PDF olarak kaydet"));
@@ -215,8 +225,10 @@ QWidget *ImsakiyeView::makeFooter()
     // The place and method are what the page is of: they keep their width, and the general
     // notes on the right give way first.
     place_ = new TightLabel;
+    place_->setObjectName(QStringLiteral("placeLabel"));
     place_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     sourceNote_ = new TightLabel;
+    sourceNote_->setObjectName(QStringLiteral("sourceLabel"));
     sourceNote_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     notice_ = new TightLabel;
     notice_->setElides(true);
@@ -252,10 +264,13 @@ void ImsakiyeView::addShortcuts()
     add({QKeySequence(Qt::Key_Right), QKeySequence(Qt::Key_PageDown)}, &ImsakiyeView::showNext);
     add({QKeySequence(Qt::Key_Home)}, &ImsakiyeView::showToday);
     printAction_ = add({QKeySequence::Print}, [this] { print(); });
+    printAction_->setObjectName(QStringLiteral("printAction"));
     printAction_->setText(QStringLiteral("Yazdır…"));
     pdfAction_ = add({}, [this] { savePdf(); });
+    pdfAction_->setObjectName(QStringLiteral("pdfAction"));
     pdfAction_->setText(QStringLiteral("PDF olarak kaydet…"));
     calendarAction_ = add({}, [this] { saveCalendar(); });
+    calendarAction_->setObjectName(QStringLiteral("calendarAction"));
     calendarAction_->setText(QStringLiteral("Takvime aktar…"));
 }
 

@@ -96,21 +96,6 @@ public:
     bool print();
     void setDialogs(ImsakiyePrint::Dialogs dialogs);
 
-    SegmentedControl *modePicker() const { return picker_; }
-    SymbolButton *previousButton() const { return previous_; }
-    SymbolButton *nextButton() const { return next_; }
-    SymbolButton *todayButton() const { return today_; }
-    SymbolButton *printButton() const { return printMenuButton_; }
-    QAction *printAction() const { return printAction_; }
-    QAction *pdfAction() const { return pdfAction_; }
-    QAction *calendarAction() const { return calendarAction_; }
-    TightLabel *titleLabel() const { return title_; }
-    ImsakiyeHeader *header() const { return header_; }
-    Spinner *spinner() const { return spinner_; }
-    QScrollArea *list() const { return list_; }
-    const std::vector<ImsakiyeRow *> &rows() const { return rows_; }
-    TightLabel *placeLabel() const { return place_; }
-    TightLabel *sourceLabel() const { return sourceNote_; }
 
 signals:
     // New days are on screen.

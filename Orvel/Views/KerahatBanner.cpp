@@ -27,6 +27,9 @@ KerahatBanner::KerahatBanner(QWidget *parent)
     , detail_(new TightLabel)
     , minutes_(new TightLabel)
 {
+    title_->setObjectName(QStringLiteral("kerahatTitle"));
+    detail_->setObjectName(QStringLiteral("kerahatDetail"));
+    minutes_->setObjectName(QStringLiteral("kerahatMinutes"));
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(12, 9, 12, 9);
     row->setSpacing(10);

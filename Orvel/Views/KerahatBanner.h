@@ -22,9 +22,6 @@ public:
 
     void refresh(const AppModel &model, const KerahatInterval &interval);
 
-    TightLabel *title() const { return title_; }
-    TightLabel *detail() const { return detail_; }
-    TightLabel *minutes() const { return minutes_; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -62,23 +62,28 @@ PanelView::PanelView(AppModel &model, std::function<void()> openImsakiye, std::f
     column->addSpacing(12);
 
     playing_ = new PlayingBanner(model.player());
+    playing_->setObjectName(QStringLiteral("playingBanner"));
     playingGap_ = gap(10);
     column->addWidget(playing_);
     column->addWidget(playingGap_);
 
     kerahatBanner_ = new KerahatBanner;
+    kerahatBanner_->setObjectName(QStringLiteral("kerahatBanner"));
     kerahatGap_ = gap(10);
     column->addWidget(kerahatBanner_);
     column->addWidget(kerahatGap_);
 
     hero_ = new HeroCard;
+    hero_->setObjectName(QStringLiteral("heroCard"));
     column->addWidget(hero_);
     listGap_ = gap(8);
     column->addWidget(listGap_);
     list_ = new PrayerList(model);
+    list_->setObjectName(QStringLiteral("prayerList"));
     column->addWidget(list_);
 
     spinner_ = new Spinner;
+    spinner_->setObjectName(QStringLiteral("spinner"));
     spinner_->setMinimumHeight(spinnerHeight);
     spinner_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     column->addWidget(spinner_);
@@ -121,13 +126,16 @@ QWidget *PanelView::makeHeader()
     auto *lines = new QVBoxLayout;
     lines->setSpacing(3);
     place_ = new TightLabel;
+    place_->setObjectName(QStringLiteral("placeLabel"));
     place_->setElides(true);
     date_ = new TightLabel;
+    date_->setObjectName(QStringLiteral("dateLabel"));
     date_->setMinimumScale(dateMinimumScale);
     // Long month and weekday names in a wide desktop font: the Hijri date goes under the civil
     // one rather than lose its end.
     date_->setWraps(true, dateSeparator);
     ramadan_ = new TightLabel;
+    ramadan_->setObjectName(QStringLiteral("ramadanLabel"));
     ramadan_->setContentsMargins(0, 1, 0, 0);
     for (TightLabel *label : {place_, date_, ramadan_}) {
         // The date may take any room the header has beyond the lines' hints: when the header
@@ -141,10 +149,12 @@ QWidget *PanelView::makeHeader()
     row->addSpacing(8);
 
     imsakiye_ = new SymbolButton;
+    imsakiye_->setObjectName(QStringLiteral("imsakiyeButton"));
     imsakiye_->setHitSize(QSize(headerButtonSize, headerButtonSize));
     imsakiye_->setToolTip(QStringLiteral("İmsakiye"));
     imsakiye_->setAccessibleName(QStringLiteral("İmsakiye"));
     reload_ = new SymbolButton;
+    reload_->setObjectName(QStringLiteral("reloadButton"));
     reload_->setHitSize(QSize(headerButtonSize, headerButtonSize));
     reload_->setToolTip(QStringLiteral("Vakitleri yenile"));
     reload_->setAccessibleName(QStringLiteral("Vakitleri yenile"));
@@ -161,6 +171,7 @@ QWidget *PanelView::makeFooter()
     row->setSpacing(14);
 
     source_ = new TightLabel;
+    source_->setObjectName(QStringLiteral("sourceLabel"));
     // Shrinks a little before it breaks, and then at its separator.
     source_->setMinimumScale(dateMinimumScale);
     source_->setWraps(true, dateSeparator);
@@ -170,8 +181,10 @@ QWidget *PanelView::makeFooter()
     row->addWidget(source_, 1, Qt::AlignVCenter);
 
     settings_ = new SymbolButton;
+    settings_->setObjectName(QStringLiteral("settingsButton"));
     settings_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     quit_ = new SymbolButton;
+    quit_->setObjectName(QStringLiteral("quitButton"));
     quit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     row->addWidget(settings_, 0, Qt::AlignVCenter);
     row->addWidget(quit_, 0, Qt::AlignVCenter);

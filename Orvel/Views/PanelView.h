@@ -36,19 +36,6 @@ public:
     // Brings every part up to date with the model; parts whose content is unchanged do not repaint.
     void refresh();
 
-    TightLabel *placeLabel() const { return place_; }
-    TightLabel *dateLabel() const { return date_; }
-    TightLabel *ramadanLabel() const { return ramadan_; }
-    SymbolButton *imsakiyeButton() const { return imsakiye_; }
-    SymbolButton *reloadButton() const { return reload_; }
-    PlayingBanner *playingBanner() const { return playing_; }
-    KerahatBanner *kerahatBanner() const { return kerahatBanner_; }
-    HeroCard *heroCard() const { return hero_; }
-    PrayerList *prayerList() const { return list_; }
-    Spinner *spinner() const { return spinner_; }
-    TightLabel *sourceLabel() const { return source_; }
-    SymbolButton *settingsButton() const { return settings_; }
-    SymbolButton *quitButton() const { return quit_; }
 
 protected:
     bool event(QEvent *event) override;

@@ -30,6 +30,8 @@ PlayingBanner::PlayingBanner(AdhanPlayer &player, QWidget *parent)
     , title_(new TightLabel)
     , stop_(new SymbolButton)
 {
+    title_->setObjectName(QStringLiteral("playingTitle"));
+    stop_->setObjectName(QStringLiteral("stopButton"));
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(12, 8, 12, 8);
     row->setSpacing(10);

@@ -22,8 +22,6 @@ public:
 
     void refresh();
 
-    TightLabel *title() const { return title_; }
-    SymbolButton *stopButton() const { return stop_; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

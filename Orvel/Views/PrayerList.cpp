@@ -105,29 +105,4 @@ void PrayerList::rebuild(const std::vector<Place> &places)
     places_ = places;
 }
 
-std::vector<QWidget *> PrayerList::rows() const
-{
-    return rows_;
-}
-
-std::vector<PrayerRow *> PrayerList::prayerRows() const
-{
-    std::vector<PrayerRow *> prayers;
-    for (QWidget *row : rows_) {
-        if (auto *prayerRow = qobject_cast<PrayerRow *>(row))
-            prayers.push_back(prayerRow);
-    }
-    return prayers;
-}
-
-std::vector<KerahatRow *> PrayerList::kerahatRows() const
-{
-    std::vector<KerahatRow *> kerahat;
-    for (QWidget *row : rows_) {
-        if (auto *kerahatRow = qobject_cast<KerahatRow *>(row))
-            kerahat.push_back(kerahatRow);
-    }
-    return kerahat;
-}
-
 } // namespace orvel

@@ -27,11 +27,6 @@ public:
 
     void refresh(const PrayerStatus &status, const DayTimes &today);
 
-    // The rows, top to bottom; each is a PrayerRow or a KerahatRow.
-    std::vector<QWidget *> rows() const;
-    std::vector<PrayerRow *> prayerRows() const;
-    std::vector<KerahatRow *> kerahatRows() const;
-
 private:
     // What sits in one place of the list: a prayer, or a kerahat interval of a kind.
     struct Place {

@@ -51,6 +51,7 @@ PrayerRow::PrayerRow(QWidget *parent)
     : QWidget(parent)
     , bell_(new SymbolButton(this))
 {
+    bell_->setObjectName(QStringLiteral("bell"));
     setFixedHeight(rowHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     bell_->setHitSize(QSize(bellSize, bellSize));

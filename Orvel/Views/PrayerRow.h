@@ -43,7 +43,6 @@ public:
 
     void setContent(const Content &content);
     const Content &content() const { return content_; }
-    SymbolButton *bell() const { return bell_; }
 
     QSize sizeHint() const override;
 

@@ -35,6 +35,7 @@ AboutView::AboutView(QWidget *parent)
 
     column->addWidget(label(QStringLiteral("Orvel"), Tone::primary, 20, QFont::DemiBold), 0, Qt::AlignHCenter);
     version_ = label(versionText(QCoreApplication::applicationVersion()), Tone::secondary);
+    version_->setObjectName(QStringLiteral("versionLabel"));
     column->addWidget(version_, 0, Qt::AlignHCenter);
 
     QLabel *about = label(QStringLiteral("Diyanet vakitleri ve Hicri takvimi, Diyanet İşleri Başkanlığı'nın kuralıyla bu "

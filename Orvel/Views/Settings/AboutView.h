@@ -16,7 +16,6 @@ public:
     // "Sürüm " and the application's version, "1.0" when it has none.
     static QString versionText(const QString &version);
 
-    QLabel *versionLabel() const { return version_; }
 
 private:
     QLabel *version_ = nullptr;

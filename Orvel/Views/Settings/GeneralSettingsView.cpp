@@ -130,19 +130,24 @@ QWidget *GeneralSettingsView::makePlaceSection()
     auto *section = new Section(QStringLiteral("Konum ve hesaplama"));
 
     place_ = label(QString(), Tone::secondary);
+    place_->setObjectName(QStringLiteral("placeLabel"));
     place_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     useCurrent_ = new QPushButton(QStringLiteral("Konumumu kullan"));
+    useCurrent_->setObjectName(QStringLiteral("currentLocationButton"));
     connect(useCurrent_, &QPushButton::clicked, this, &GeneralSettingsView::useCurrentLocation);
     section->addRow(rowOf({label(QStringLiteral("Konum")), nullptr, place_, useCurrent_}, 10));
 
     query_ = new QLineEdit;
+    query_->setObjectName(QStringLiteral("queryField"));
     query_->setAccessibleName(QStringLiteral("Konum ara"));
     query_->setPlaceholderText(QStringLiteral("İl veya ilçe ara (ör. Üsküdar)"));
     query_->setClearButtonEnabled(true);
     spinner_ = new Spinner;
+    spinner_->setObjectName(QStringLiteral("spinner"));
     spinner_->setFixedSize(Spinner::diameter, Spinner::diameter);
     spinner_->hide();
     searchButton_ = new QPushButton(QStringLiteral("Ara"));
+    searchButton_->setObjectName(QStringLiteral("searchButton"));
     connect(query_, &QLineEdit::returnPressed, this, &GeneralSettingsView::search);
     connect(query_, &QLineEdit::textChanged, this,
             [this](const QString &text) { searchButton_->setEnabled(!text.trimmed().isEmpty()); });
@@ -160,6 +165,7 @@ QWidget *GeneralSettingsView::makePlaceSection()
     section->addRow(message_)->hide();
 
     method_ = new QComboBox;
+    method_->setObjectName(QStringLiteral("methodPicker"));
     method_->setAccessibleName(QStringLiteral("Hesaplama yöntemi"));
     for (const CalculationMethod::Value method : CalculationMethod::all)
         method_->addItem(ViewStyle::text(CalculationMethod(method).name()));
@@ -176,15 +182,18 @@ QWidget *GeneralSettingsView::makeTraySection()
     for (const TrayStyle::Value style : TrayStyle::all)
         titles << ViewStyle::text(TrayStyle(style).label());
     style_ = new SegmentedControl(titles, QStringLiteral("Gösterim"));
+    style_->setObjectName(QStringLiteral("styleSegments"));
     connect(style_, &SegmentedControl::chosen, this,
             [this](int index) { model_.set(Settings::trayStyle, TrayStyle::all.at(static_cast<size_t>(index))); });
     section->addRow(row(QStringLiteral("Gösterim"), style_));
 
     preview_ = new PreviewPlate;
+    preview_->setObjectName(QStringLiteral("preview"));
     preview_->setAccessibleName(QStringLiteral("Önizleme"));
     section->addRow(row(QStringLiteral("Önizleme"), preview_));
 
     iconRemaining_ = new Switch(QStringLiteral("Simgede kalan süre"));
+    iconRemaining_->setObjectName(QStringLiteral("iconRemainingSwitch"));
     connect(iconRemaining_, &Switch::clicked, this, [this](bool on) { model_.set(Settings::iconRemaining, on); });
     section->addRow(row(QStringLiteral("Simgede kalan süre"), iconRemaining_,
                         QStringLiteral("Başlık göstermeyen panellerde kalan süre simgede yazar")));
@@ -195,6 +204,7 @@ QWidget *GeneralSettingsView::makeRamadanSection()
 {
     auto *section = new Section(QStringLiteral("Ramazan"));
     ramadan_ = new Switch(QStringLiteral("Ramazan modu"));
+    ramadan_->setObjectName(QStringLiteral("ramadanSwitch"));
     connect(ramadan_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::ramadanMode, on); });
     section->addRow(row(QStringLiteral("Ramazan modu"), ramadan_,
                         QStringLiteral("Ramazan'da İmsak “Sahur”, Akşam “İftar” olarak gösterilir")));
@@ -205,6 +215,7 @@ QWidget *GeneralSettingsView::makeLoginSection()
 {
     auto *section = new Section;
     login_ = new Switch(QStringLiteral("Oturum açıldığında başlat"));
+    login_->setObjectName(QStringLiteral("loginSwitch"));
     connect(login_, &Switch::clicked, this, &GeneralSettingsView::setLaunchAtLogin);
     section->addRow(row(QStringLiteral("Oturum açıldığında başlat"), login_));
     loginError_ = caption(QString());

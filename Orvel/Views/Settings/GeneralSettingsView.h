@@ -54,18 +54,7 @@ public:
     std::optional<QString> locationMessage() const;
     std::optional<QString> loginError() const;
 
-    QLabel *placeLabel() const { return place_; }
-    QPushButton *currentLocationButton() const { return useCurrent_; }
-    QLineEdit *queryField() const { return query_; }
-    QPushButton *searchButton() const { return searchButton_; }
-    Spinner *spinner() const { return spinner_; }
     QList<QAbstractButton *> resultButtons() const;
-    QComboBox *methodPicker() const { return method_; }
-    SegmentedControl *styleSegments() const { return style_; }
-    ImageView *preview() const { return preview_; }
-    SettingsForm::Switch *iconRemainingSwitch() const { return iconRemaining_; }
-    SettingsForm::Switch *ramadanSwitch() const { return ramadan_; }
-    SettingsForm::Switch *loginSwitch() const { return login_; }
 
     // Brings every control up to date with the model.
     void refresh();

@@ -26,9 +26,13 @@ KerahatSettingsView::KerahatSettingsView(AppModel &model, QWidget *parent)
                                 QStringLiteral("Süreler Diyanet İşleri Başkanlığı'nın fetvasına göredir: güneş doğduktan sonra "
                                                "ve batmadan önce 40–50 dakika, öğleden önce yaklaşık 10 dakika."));
     show_ = new Switch(QStringLiteral("Panelde göster"));
+    show_->setObjectName(QStringLiteral("showSwitch"));
     dot_ = new Switch(QStringLiteral("Tepsi simgesinde işaret"));
+    dot_->setObjectName(QStringLiteral("dotSwitch"));
     notify_ = new Switch(QStringLiteral("Başlarken bildir"));
+    notify_->setObjectName(QStringLiteral("notifySwitch"));
     minutes_ = new QComboBox;
+    minutes_->setObjectName(QStringLiteral("minutesPicker"));
     minutes_->setAccessibleName(QStringLiteral("Güneş doğuşu ve batışı"));
     for (const int minutes : Kerahat::sunMinuteOptions)
         minutes_->addItem(QStringLiteral("%1 dakika").arg(minutes), minutes);

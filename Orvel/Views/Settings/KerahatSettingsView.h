@@ -20,11 +20,6 @@ class KerahatSettingsView : public QWidget {
 public:
     explicit KerahatSettingsView(AppModel &model, QWidget *parent = nullptr);
 
-    SettingsForm::Switch *showSwitch() const { return show_; }
-    SettingsForm::Switch *dotSwitch() const { return dot_; }
-    SettingsForm::Switch *notifySwitch() const { return notify_; }
-    QComboBox *minutesPicker() const { return minutes_; }
-
     void refresh();
 
 private:

@@ -88,6 +88,7 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     chipRow->setSpacing(6);
     for (const Prayer::Value prayer : Prayer::all) {
         auto *chip = new Chip(ViewStyle::text(Prayer(prayer).name()));
+        chip->setObjectName(QString::fromUtf8(Prayer(prayer).id()) + QStringLiteral("Chip"));
         connect(chip, &Chip::clicked, this, [this, prayer] { model_.toggleNotification(prayer); });
         chips_[prayer] = chip;
         chipRow->addWidget(chip);
@@ -97,6 +98,7 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     section->addRow(prayers);
 
     reminder_ = new QComboBox;
+    reminder_->setObjectName(QStringLiteral("reminderPicker"));
     reminder_->setAccessibleName(QStringLiteral("Önceden hatırlat"));
     reminder_->addItem(QStringLiteral("Kapalı"), 0);
     for (const int minutes : reminderOptions)
@@ -116,7 +118,7 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     section->addRow(row(QStringLiteral("Cuma hatırlatması"), friday_, QStringLiteral("Cuma günleri namaz vakti yaklaşınca bildirir")));
 
     religiousDays_ = new Switch(QStringLiteral("Kandil ve bayram bildirimleri"));
-    religiousDays_->setObjectName(QStringLiteral("Kandil ve bayram bildirimleri"));
+    religiousDays_->setObjectName(QStringLiteral("religiousDaysSwitch"));
     connect(religiousDays_, &Switch::toggled, &model_, [this](bool on) { model_.set(Settings::religiousDayNotify, on); });
     section->addRow(row(QStringLiteral("Kandil ve bayram bildirimleri"), religiousDays_,
                         QStringLiteral("Kandil gecelerinde ve bayram arifesinde akşam vakti bildirir")));
@@ -124,9 +126,11 @@ QWidget *NotificationSettingsView::makeNotificationSection()
     QLabel *warning = symbol(QStringLiteral("exclamationmark.triangle.fill"), Tone::primary, 13);
     setSymbolColor(warning, Colors::systemOrange());
     openSettings_ = new QPushButton(QStringLiteral("Bildirim ayarlarını aç"));
+    openSettings_->setObjectName(QStringLiteral("openSettingsButton"));
     connect(openSettings_, &QPushButton::clicked, this, [this] { permission_.openSettings(); });
     openSettings_->setVisible(static_cast<bool>(permission_.openSettings));
     deniedRow_ = section->addRow(rowOf({warning, label(QStringLiteral("Bildirim izni kapalı")), nullptr, openSettings_}, 8));
+    deniedRow_->setObjectName(QStringLiteral("deniedRow"));
     deniedRow_->hide();
     return section;
 }
@@ -138,6 +142,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
                                                "ezan kaydı bulunmaz — dilediğiniz kaydı “Kendi ses dosyam” ile seçebilirsiniz."));
 
     sound_ = new QComboBox;
+    sound_->setObjectName(QStringLiteral("soundPicker"));
     sound_->setAccessibleName(QStringLiteral("Vakit girince"));
     for (const AdhanSound::Value sound : AdhanSound::all)
         sound_->addItem(ViewStyle::text(AdhanSound(sound).label()));
@@ -150,18 +155,22 @@ QWidget *NotificationSettingsView::makeSoundSection()
     titles->setSpacing(2);
     titles->addWidget(label(QStringLiteral("Vakit girince")));
     description_ = caption(QString());
+    description_->setObjectName(QStringLiteral("soundDescription"));
     titles->addWidget(description_);
     soundLine->addLayout(titles, 1);
     soundLine->addWidget(sound_, 0, Qt::AlignVCenter);
     section->addRow(soundRow);
 
     fileName_ = label(QString(), Tone::secondary);
+    fileName_->setObjectName(QStringLiteral("fileName"));
     fileName_->setMinimumWidth(120);
     fileName_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     fileName_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     chooseFile_ = new QPushButton(QStringLiteral("Dosya seç…"));
+    chooseFile_->setObjectName(QStringLiteral("chooseFileButton"));
     connect(chooseFile_, &QPushButton::clicked, this, &NotificationSettingsView::chooseFile);
     fileRow_ = new QWidget;
+    fileRow_->setObjectName(QStringLiteral("fileRow"));
     auto *fileLines = new QVBoxLayout(fileRow_);
     fileLines->setContentsMargins(0, 0, 0, 0);
     fileLines->setSpacing(4);
@@ -177,12 +186,14 @@ QWidget *NotificationSettingsView::makeSoundSection()
     section->addRow(fileRow_);
 
     volume_ = new QSlider(Qt::Horizontal);
+    volume_->setObjectName(QStringLiteral("volumeSlider"));
     volume_->setAccessibleName(QStringLiteral("Ses düzeyi"));
     volume_->setRange(0, sliderSteps);
     volume_->setFixedWidth(180);
     connect(volume_, &QSlider::valueChanged, this,
             [this](int value) { model_.set(Settings::soundVolume, static_cast<double>(value) / sliderSteps); });
     listen_ = new QPushButton;
+    listen_->setObjectName(QStringLiteral("listenButton"));
     connect(listen_, &QPushButton::clicked, this, [this] {
         if (model_.player().isPlaying())
             model_.player().stop();
@@ -193,6 +204,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
                             symbol(QStringLiteral("speaker.wave.3.fill"), Tone::secondary, 12), listen_},
                            6);
     volumeRow_ = section->addRow(row(QStringLiteral("Ses düzeyi"), controls));
+    volumeRow_->setObjectName(QStringLiteral("volumeRow"));
 
     pauseMedia_ = new Switch(QStringLiteral("Medyayı duraklat"));
     pauseMedia_->setObjectName(QStringLiteral("Medyayı duraklat"));
@@ -201,6 +213,7 @@ QWidget *NotificationSettingsView::makeSoundSection()
                                          QStringLiteral("Vakit sesi çalarken müzik ve videolar bekler, sonra sürer")));
 
     quiet_ = new Switch(QStringLiteral("Sessiz saatler"));
+    quiet_->setObjectName(QStringLiteral("quietSwitch"));
     connect(quiet_, &Switch::toggled, this, [this](bool on) {
         QuietHours hours = model_.setting(Settings::quietHours);
         hours.enabled = on;
@@ -209,7 +222,9 @@ QWidget *NotificationSettingsView::makeSoundSection()
     section->addRow(row(QStringLiteral("Sessiz saatler"), quiet_, QStringLiteral("Bu aralıkta ses çalınmaz, bildirimler sessiz gelir")));
 
     quietStart_ = timeEditor(QStringLiteral("Başlangıç"));
+    quietStart_->setObjectName(QStringLiteral("quietStart"));
     quietEnd_ = timeEditor(QStringLiteral("Bitiş"));
+    quietEnd_->setObjectName(QStringLiteral("quietEnd"));
     connect(quietStart_, &QTimeEdit::timeChanged, this, [this](const QTime &time) { setQuietMinutes(true, time); });
     connect(quietEnd_, &QTimeEdit::timeChanged, this, [this](const QTime &time) { setQuietMinutes(false, time); });
     quietRows_ = section->addRow(rowOf({label(QStringLiteral("Başlangıç")), quietStart_, nullptr,

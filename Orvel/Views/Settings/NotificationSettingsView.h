@@ -44,23 +44,7 @@ public:
 
     // Asks for a sound file and makes it the entry sound.
     void chooseFile();
-
-    SettingsForm::Chip *chip(Prayer prayer) const { return chips_.at(prayer); }
-    QComboBox *reminderPicker() const { return reminder_; }
-    QWidget *deniedRow() const { return deniedRow_; }
-    QPushButton *openSettingsButton() const { return openSettings_; }
-    QComboBox *soundPicker() const { return sound_; }
-    QLabel *soundDescription() const { return description_; }
-    QWidget *fileRow() const { return fileRow_; }
-    QLabel *fileName() const { return fileName_; }
-    QPushButton *chooseFileButton() const { return chooseFile_; }
     std::optional<QString> importError() const;
-    QWidget *volumeRow() const { return volumeRow_; }
-    QSlider *volumeSlider() const { return volume_; }
-    QPushButton *listenButton() const { return listen_; }
-    SettingsForm::Switch *quietSwitch() const { return quiet_; }
-    QTimeEdit *quietStart() const { return quietStart_; }
-    QTimeEdit *quietEnd() const { return quietEnd_; }
 
     void refresh();
 

@@ -41,7 +41,6 @@ public:
 
     // Adds a row to the card; the row may be hidden and shown later.
     QWidget *addRow(QWidget *row);
-    QLabel *footer() const { return footer_; }
 
 private:
     class Card;

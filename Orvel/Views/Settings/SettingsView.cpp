@@ -46,12 +46,16 @@ SettingsView::SettingsView(AppModel &model, std::unique_ptr<LocationService> loc
 
     general_ = new GeneralSettingsView(model, *locator_);
     notifications_ = new NotificationSettingsView(model, std::move(permission));
+    notifications_->setObjectName(QStringLiteral("notifications"));
     times_ = new TimesSettingsView(model);
     times_->setObjectName(QStringLiteral("times"));
     kerahat_ = new KerahatSettingsView(model);
+    kerahat_->setObjectName(QStringLiteral("kerahat"));
     about_ = new AboutView;
+    about_->setObjectName(QStringLiteral("about"));
 
     tabs_ = new QTabWidget;
+    tabs_->setObjectName(QStringLiteral("tabs"));
     tabs_->setDocumentMode(true);
     tabs_->setUsesScrollButtons(false);
     QWidget *pages[] = {general_, times_, notifications_, kerahat_, about_};

@@ -29,11 +29,7 @@ public:
                  NotificationSettingsView::Permission permission = {}, QWidget *parent = nullptr);
     ~SettingsView() override;
 
-    QTabWidget *tabs() const { return tabs_; }
     GeneralSettingsView *general() const { return general_; }
-    NotificationSettingsView *notifications() const { return notifications_; }
-    KerahatSettingsView *kerahat() const { return kerahat_; }
-    AboutView *about() const { return about_; }
 
     // Tints every tab for the appearance (the desktop's, or a forced one for renders).
     void applyAppearance();

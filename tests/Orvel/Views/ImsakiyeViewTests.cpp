@@ -37,11 +37,17 @@ namespace {
 
 constexpr int loadWaitMs = 10000;
 
+// The day rows, top to bottom.
+std::vector<ImsakiyeRow *> rowsOf(const ImsakiyeView &view)
+{
+    return laidOut<ImsakiyeRow>(*child(view, "rows"));
+}
+
 // The dates of the rows on screen.
 QStringList dates(const ImsakiyeView &view)
 {
     QStringList dates;
-    for (const ImsakiyeRow *row : view.rows())
+    for (const ImsakiyeRow *row : rowsOf(view))
         dates << QString::fromStdString(row->content().row.day.description());
     return dates;
 }
@@ -160,45 +166,46 @@ TEST_F(ImsakiyeViewTest, PagesWithButtonsKeysAndModes)
     view.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
     ASSERT_TRUE(waitForDays(view));
-    EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Mart 2026"));
-    ASSERT_EQ(view.rows().size(), 31u);
-    EXPECT_FALSE(view.todayButton()->isEnabled()) << "the current page is shown";
-    EXPECT_EQ(view.header()->headings(),
+    EXPECT_EQ(child<TightLabel>(view, "titleLabel")->text(), QStringLiteral("Mart 2026"));
+    ASSERT_EQ(rowsOf(view).size(), 31u);
+    EXPECT_FALSE(child<SymbolButton>(view, "todayButton")->isEnabled()) << "the current page is shown";
+    EXPECT_EQ(child<ImsakiyeHeader>(view, "header")->headings(),
               (QStringList{"Tarih", "Hicri", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı"}));
-    EXPECT_EQ(view.rows()[9]->accessibleName(), QStringLiteral("10 Mar Sal, 20 Ramazan, İmsak 05:53, Güneş 07:17, Öğle 13:19, "
+    EXPECT_EQ(rowsOf(view)[9]->accessibleName(), QStringLiteral("10 Mar Sal, 20 Ramazan, İmsak 05:53, Güneş 07:17, Öğle 13:19, "
                                                                "İkindi 16:34, Akşam 19:11, Yatsı 20:30, bugün"));
-    EXPECT_TRUE(Imsakiye::isDimmed(view.rows()[8]->content().row));
+    EXPECT_TRUE(Imsakiye::isDimmed(rowsOf(view)[8]->content().row));
 
     // Each step is the next page, from the buttons and from the keyboard alike.
     const auto step = [&](auto act, const QString &title, int64_t offset) {
         act();
         EXPECT_EQ(view.offset(), offset);
         EXPECT_TRUE(waitForDays(view)) << title.toStdString();
-        EXPECT_EQ(view.titleLabel()->text(), title);
-        EXPECT_EQ(view.todayButton()->isEnabled(), offset != 0);
+        EXPECT_EQ(child<TightLabel>(view, "titleLabel")->text(), title);
+        EXPECT_EQ(child<SymbolButton>(view, "todayButton")->isEnabled(), offset != 0);
     };
-    step([&] { QTest::mouseClick(view.nextButton(), Qt::LeftButton); }, "Nisan 2026", 1);
+    step([&] { QTest::mouseClick(child<SymbolButton>(view, "nextButton"), Qt::LeftButton); }, "Nisan 2026", 1);
     step([&] { QTest::keyClick(&view, Qt::Key_Right); }, "Mayıs 2026", 2);
-    step([&] { QTest::mouseClick(view.todayButton(), Qt::LeftButton); }, "Mart 2026", 0);
+    step([&] { QTest::mouseClick(child<SymbolButton>(view, "todayButton"), Qt::LeftButton); }, "Mart 2026", 0);
     step([&] { QTest::keyClick(&view, Qt::Key_PageUp); }, "Şubat 2026", -1);
-    step([&] { QTest::mouseClick(view.previousButton(), Qt::LeftButton); }, "Ocak 2026", -2);
+    step([&] { QTest::mouseClick(child<SymbolButton>(view, "previousButton"), Qt::LeftButton); }, "Ocak 2026", -2);
     step([&] { QTest::keyClick(&view, Qt::Key_Left); }, "Aralık 2025", -3);
-    EXPECT_EQ(view.rows().size(), 31u);
+    EXPECT_EQ(rowsOf(view).size(), 31u);
     EXPECT_EQ(dates(view).first(), QStringLiteral("2025-12-01"));
     step([&] { QTest::keyClick(&view, Qt::Key_Home); }, "Mart 2026", 0);
     step([&] { QTest::keyClick(&view, Qt::Key_PageDown); }, "Nisan 2026", 1);
 
     // Another mode starts at its current page.
-    step([&] { QTest::mouseClick(view.modePicker(), Qt::LeftButton, {}, view.modePicker()->segmentRect(ImsakiyeMode::ramadan).center()); },
+    SegmentedControl *modes = child<SegmentedControl>(view, "modePicker");
+    step([&] { QTest::mouseClick(modes, Qt::LeftButton, {}, modes->segmentRect(ImsakiyeMode::ramadan).center()); },
          "Ramazan 1447 · 19 Şub – 19 Mar 2026", 0);
     EXPECT_EQ(view.mode(), ImsakiyeMode::ramadan);
-    EXPECT_EQ(view.rows().size(), 29u);
-    EXPECT_EQ(view.header()->headings(),
+    EXPECT_EQ(rowsOf(view).size(), 29u);
+    EXPECT_EQ(child<ImsakiyeHeader>(view, "header")->headings(),
               (QStringList{"Tarih", "Ramazan", "İmsak", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı", "Sahur", "İftar"}));
-    EXPECT_EQ(view.rows()[25]->content().row.note, "Kadir Gecesi");
-    EXPECT_EQ(view.rows()[28]->content().row.note, "Ramazan Bayramı Arefesi");
+    EXPECT_EQ(rowsOf(view)[25]->content().row.note, "Kadir Gecesi");
+    EXPECT_EQ(rowsOf(view)[28]->content().row.note, "Ramazan Bayramı Arefesi");
     step([&] { view.showPrevious(); }, "Ramazan 1446 · 1 Mar – 29 Mar 2025", -1);
-    EXPECT_EQ(view.rows().size(), 29u);
+    EXPECT_EQ(rowsOf(view).size(), 29u);
     step([&] { view.setMode(ImsakiyeMode::week); }, "9 – 15 Mart 2026", 0);
     EXPECT_EQ(dates(view), (QStringList{"2026-03-09", "2026-03-10", "2026-03-11", "2026-03-12", "2026-03-13",
                                         "2026-03-14", "2026-03-15"}));
@@ -213,19 +220,19 @@ TEST_F(ImsakiyeViewTest, OldRowsStayAndASupersededAnswerIsDropped)
     view.setAttribute(Qt::WA_DontShowOnScreen);
     view.show();
     EXPECT_TRUE(view.isLoading());
-    EXPECT_TRUE(view.spinner()->isVisible()) << "nothing to show yet";
-    EXPECT_FALSE(view.list()->isVisible());
-    EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Mart 2026"));
+    EXPECT_TRUE(child<Spinner>(view, "spinner")->isVisible()) << "nothing to show yet";
+    EXPECT_FALSE(child<QScrollArea>(view, "list")->isVisible());
+    EXPECT_EQ(child<TightLabel>(view, "titleLabel")->text(), QStringLiteral("Mart 2026"));
     release();
     ASSERT_TRUE(waitForDays(view));
-    EXPECT_FALSE(view.spinner()->isVisible());
-    EXPECT_EQ(view.rows().size(), 31u);
+    EXPECT_FALSE(child<Spinner>(view, "spinner")->isVisible());
+    EXPECT_EQ(rowsOf(view).size(), 31u);
 
     // April is slow; while it comes, March stays on screen without a spinner.
     block({2026, 4});
     view.showNext();
     EXPECT_TRUE(view.isLoading());
-    EXPECT_FALSE(view.spinner()->isVisible());
+    EXPECT_FALSE(child<Spinner>(view, "spinner")->isVisible());
     EXPECT_EQ(dates(view).first(), QStringLiteral("2026-03-01"));
     // Back to March before April answers: March's answer wins, and April's, when it comes, is dropped.
     view.showPrevious();
@@ -236,15 +243,15 @@ TEST_F(ImsakiyeViewTest, OldRowsStayAndASupersededAnswerIsDropped)
     QTest::qWait(50);
     EXPECT_EQ(later.count(), 0);
     EXPECT_EQ(dates(view).first(), QStringLiteral("2026-03-01"));
-    EXPECT_EQ(view.rows().size(), 31u);
+    EXPECT_EQ(rowsOf(view).size(), 31u);
     EXPECT_FALSE(view.isLoading());
 
     // A new place is a new page: the rows follow the model.
-    const QString before = QString::fromStdString(view.rows()[0]->content().row.times[0]);
+    const QString before = QString::fromStdString(rowsOf(view)[0]->content().row.times[0]);
     model->set(Settings::location, {"Van", 38.5012, 43.3730, "Europe/Istanbul"});
     ASSERT_TRUE(waitForDays(view));
-    EXPECT_NE(QString::fromStdString(view.rows()[0]->content().row.times[0]), before);
-    EXPECT_TRUE(view.placeLabel()->text().startsWith(QStringLiteral("Van · Diyanet")));
+    EXPECT_NE(QString::fromStdString(rowsOf(view)[0]->content().row.times[0]), before);
+    EXPECT_TRUE(child<TightLabel>(view, "placeLabel")->text().startsWith(QStringLiteral("Van · Diyanet")));
 }
 
 TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
@@ -256,13 +263,13 @@ TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
     view.show();
     ASSERT_TRUE(waitForDays(view));
     QTest::qWait(20);
-    const QScrollArea &list = *view.list();
+    const QScrollArea &list = *child<QScrollArea>(view, "list");
     ASSERT_GT(list.verticalScrollBar()->maximum(), 0) << "a month does not fit at this size";
-    const ImsakiyeRow *today = view.rows()[9];
+    const ImsakiyeRow *today = rowsOf(view)[9];
     const int centre = today->mapTo(list.viewport(), today->rect().center()).y();
     EXPECT_NEAR(centre, list.viewport()->height() / 2, ImsakiyeRow::rowHeight / 2);
     EXPECT_TRUE(today->content().row.isToday);
-    EXPECT_EQ(view.sourceLabel()->isHidden(), view.source() == TimesSource::online);
+    EXPECT_EQ(child<TightLabel>(view, "sourceLabel")->isHidden(), view.source() == TimesSource::online);
 
     // A page without today starts at its top.
     view.showNext();
@@ -274,14 +281,14 @@ TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
     estimated.estimated[Prayer(Prayer::yatsi).index()] = true;
     ImsakiyeView offline(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{march10(), estimated}, TimesSource::offline});
     EXPECT_FALSE(offline.isLoading());
-    EXPECT_FALSE(offline.sourceLabel()->isHidden());
-    EXPECT_EQ(offline.sourceLabel()->text(), QStringLiteral("· Çevrimdışı, cihazda hesaplandı"));
-    EXPECT_EQ(offline.titleLabel()->text(), QStringLiteral("10 – 11 Mart 2026"));
-    EXPECT_FALSE(offline.rows()[0]->content().row.times[5].ends_with('*'));
-    EXPECT_TRUE(offline.rows()[1]->content().row.times[5].ends_with('*'));
+    EXPECT_FALSE(child<TightLabel>(offline, "sourceLabel")->isHidden());
+    EXPECT_EQ(child<TightLabel>(offline, "sourceLabel")->text(), QStringLiteral("· Çevrimdışı, cihazda hesaplandı"));
+    EXPECT_EQ(child<TightLabel>(offline, "titleLabel")->text(), QStringLiteral("10 – 11 Mart 2026"));
+    EXPECT_FALSE(rowsOf(offline)[0]->content().row.times[5].ends_with('*'));
+    EXPECT_TRUE(rowsOf(offline)[1]->content().row.times[5].ends_with('*'));
     EXPECT_TRUE(offline.sheet().notices.join(' ').contains(QStringLiteral("tahmini")));
     ImsakiyeView rule(*model, ImsakiyeMode::week, ImsakiyeView::Loaded{{march10()}, TimesSource::rule});
-    EXPECT_EQ(rule.sourceLabel()->text(), QStringLiteral("· Diyanet hesabı, cihazda"));
+    EXPECT_EQ(child<TightLabel>(rule, "sourceLabel")->text(), QStringLiteral("· Diyanet hesabı, cihazda"));
     EXPECT_FALSE(rule.sheet().notices.join(' ').contains(QStringLiteral("tahmini")));
 }
 
@@ -297,7 +304,7 @@ TEST_F(ImsakiyeViewTest, TheFooterKeepsThePlaceAndMethodWhole)
     view.resize(ImsakiyeView::minimumContentSize);
     view.show();
     QTest::qWait(20);
-    const TightLabel &place = *view.placeLabel();
+    const TightLabel &place = *child<TightLabel>(view, "placeLabel");
     EXPECT_TRUE(place.text().endsWith(QStringLiteral("(ISNA)"))) << place.text().toStdString();
     EXPECT_GE(place.width(), place.sizeHint().width()) << "the method's name is not cut";
 }
@@ -326,7 +333,7 @@ TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
     EXPECT_TRUE(suggested[0].endsWith(QStringLiteral("/İmsakiye Ramazan 1447 · 19 Şub – 19 Mar 2026.pdf"))) << suggested[0].toStdString();
 
     answer = folder.filePath("ramazan.pdf");
-    view.pdfAction()->trigger();
+    child<QAction>(view, "pdfAction")->trigger();
     const QString text = pdfText(answer);
     ASSERT_FALSE(text.isEmpty()) << "pdftotext could not read " << answer.toStdString();
     for (const char *expected : {"İMSAKİYE", "Ramazan 1447 · 19 Şub – 19 Mar 2026", "İstanbul, Üsküdar · Diyanet İşleri Başkanlığı",
@@ -344,11 +351,11 @@ TEST_F(ImsakiyeViewTest, PrintedAndSavedPageReadsBack)
     view.setMode(ImsakiyeMode::month);
     ASSERT_TRUE(waitForDays(view));
     view.setFocus();
-    view.printAction()->trigger();
+    child<QAction>(view, "printAction")->trigger();
     EXPECT_EQ(printers, 1);
     const QString printed = pdfText(folder.filePath("printed.pdf"));
     EXPECT_TRUE(printed.contains(QStringLiteral("Mart 2026")));
-    for (const ImsakiyeRow *row : view.rows())
+    for (const ImsakiyeRow *row : rowsOf(view))
         EXPECT_TRUE(printed.contains(QString::fromStdString(row->content().row.date))) << row->content().row.date;
     EXPECT_TRUE(printed.contains(QStringLiteral("Ramazan Başlangıcı")) == false) << "1 Ramadan is in February";
     EXPECT_TRUE(pdfInfo(folder.filePath("printed.pdf")).contains(QRegularExpression(QStringLiteral("Pages: +1\\n"))));
@@ -370,7 +377,7 @@ TEST_F(ImsakiyeViewTest, TheShownPageGoesToTheCalendar)
         << suggested.toStdString();
 
     answer = folder.filePath("ramazan.ics");
-    view.calendarAction()->trigger();
+    child<QAction>(view, "calendarAction")->trigger();
     QFile file(answer);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
@@ -397,7 +404,7 @@ TEST_F(ImsakiyeViewTest, RendersInTheForcedAppearance)
         const qreal corner = image.pixelColor(2, 2).lightnessF();
         EXPECT_TRUE(appearance == Appearance::dark ? corner < 0.3 : corner > 0.8) << corner;
         // Today's row is tinted with the accent.
-        const ImsakiyeRow *today = view.rows()[1];
+        const ImsakiyeRow *today = rowsOf(view)[1];
         const QColor tint = image.pixelColor(today->mapTo(&view, QPoint(4, today->height() / 2)));
         EXPECT_GT(tint.green(), tint.red()) << tint.name().toStdString();
     }
@@ -410,11 +417,11 @@ TEST_F(ImsakiyeViewTest, RamadanPageMovesOnOnceTodaysTimesSayThisOneIsOver)
                    ModelRun::still, ModelVoice::silent);
     ImsakiyeView view(model, ImsakiyeMode::ramadan);
     ASSERT_TRUE(waitForDays(view));
-    EXPECT_EQ(view.titleLabel()->text(), QStringLiteral("Ramazan 1446 · 1 Mar – 29 Mar 2025"));
+    EXPECT_EQ(child<TightLabel>(view, "titleLabel")->text(), QStringLiteral("Ramazan 1446 · 1 Mar – 29 Mar 2025"));
 
     model.reload();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view.titleLabel()->text() == QStringLiteral("Ramazan 1447 · 19 Şub – 19 Mar 2026"); },
-                                loadWaitMs))
-        << view.titleLabel()->text().toStdString();
-    EXPECT_EQ(view.rows().size(), 29u);
+    const TightLabel *title = child<TightLabel>(view, "titleLabel");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return title->text() == QStringLiteral("Ramazan 1447 · 19 Şub – 19 Mar 2026"); }, loadWaitMs))
+        << title->text().toStdString();
+    EXPECT_EQ(rowsOf(view).size(), 29u);
 }

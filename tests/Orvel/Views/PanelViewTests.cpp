@@ -37,7 +37,7 @@ namespace {
 
 PrayerRow *rowOf(const PrayerList &list, Prayer prayer)
 {
-    for (PrayerRow *row : list.prayerRows())
+    for (PrayerRow *row : laidOut<PrayerRow>(list))
         if (row->content().prayer == prayer)
             return row;
     return nullptr;
@@ -47,7 +47,7 @@ PrayerRow *rowOf(const PrayerList &list, Prayer prayer)
 QStringList listing(const PrayerList &list)
 {
     QStringList names;
-    for (QWidget *row : list.rows())
+    for (QWidget *row : laidOut(list))
         names << row->accessibleName();
     return names;
 }
@@ -108,15 +108,15 @@ TEST_F(PanelViewTest, SpinnerStandsInUntilTheDayIsLoaded)
     view.setAttribute(Qt::WA_DontShowOnScreen);
     view.show();
 
-    EXPECT_TRUE(view.spinner()->isVisible());
-    EXPECT_TRUE(view.spinner()->isSpinning());
-    EXPECT_FALSE(view.heroCard()->isVisible());
-    EXPECT_FALSE(view.prayerList()->isVisible());
-    EXPECT_FALSE(view.ramadanLabel()->isVisible()) << "no Ramadan line without a day";
+    EXPECT_TRUE(child<Spinner>(view, "spinner")->isVisible());
+    EXPECT_TRUE(child<Spinner>(view, "spinner")->isSpinning());
+    EXPECT_FALSE(child<HeroCard>(view, "heroCard")->isVisible());
+    EXPECT_FALSE(child<PrayerList>(view, "prayerList")->isVisible());
+    EXPECT_FALSE(child<TightLabel>(view, "ramadanLabel")->isVisible()) << "no Ramadan line without a day";
 
     ASSERT_TRUE(loadUskudar(*model));
-    EXPECT_FALSE(view.spinner()->isVisible());
-    EXPECT_TRUE(view.heroCard()->isVisible());
+    EXPECT_FALSE(child<Spinner>(view, "spinner")->isVisible());
+    EXPECT_TRUE(child<HeroCard>(view, "heroCard")->isVisible());
 }
 
 TEST_F(PanelViewTest, ShowsTheDayAtNoonInRamadan)
@@ -124,30 +124,31 @@ TEST_F(PanelViewTest, ShowsTheDayAtNoonInRamadan)
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
     PanelView view(*model, {}, {}, {});
 
-    EXPECT_TRUE(view.dateLabel()->text().endsWith(QStringLiteral(" · 20 Ramazan 1447"))) << view.dateLabel()->text().toStdString();
-    EXPECT_EQ(view.ramadanLabel()->text(), QStringLiteral("Ramazan'ın 20. günü"));
+    const QString date = child<TightLabel>(view, "dateLabel")->text();
+    EXPECT_TRUE(date.endsWith(QStringLiteral(" · 20 Ramazan 1447"))) << date.toStdString();
+    EXPECT_EQ(child<TightLabel>(view, "ramadanLabel")->text(), QStringLiteral("Ramazan'ın 20. günü"));
 
-    const HeroCard &hero = *view.heroCard();
-    EXPECT_EQ(hero.countdownTitle()->text(), QStringLiteral("Öğle ezanına kalan"));
-    EXPECT_EQ(hero.bigTime()->text(), QStringLiteral("49dk"));
-    EXPECT_EQ(hero.subtitle()->text(), QStringLiteral("13:19"));
+    const HeroCard &hero = *child<HeroCard>(view, "heroCard");
+    EXPECT_EQ(child<TightLabel>(hero, "countdownTitle")->text(), QStringLiteral("Öğle ezanına kalan"));
+    EXPECT_EQ(child<TightLabel>(hero, "bigTime")->text(), QStringLiteral("49dk"));
+    EXPECT_EQ(child<TightLabel>(hero, "subtitle")->text(), QStringLiteral("13:19"));
     EXPECT_EQ(hero.accessibleName(), model->accessibilityLabel());
-    EXPECT_FALSE(hero.progressBar()->content().inKerahat);
+    EXPECT_FALSE(child<DayProgressBar>(hero, "progressBar")->content().inKerahat);
 
-    const PrayerList &list = *view.prayerList();
+    const PrayerList &list = *child<PrayerList>(view, "prayerList");
     EXPECT_EQ(listing(list), (QStringList{"İmsak 05:53", "Güneş 07:17, şu anki orvel", "Kerahat, 07:17 ile 08:02 arası",
                                           "Kerahat (istiva), 13:09 ile 13:19 arası", "Öğle 13:19", "İkindi 16:34",
                                           "Kerahat, 18:26 ile 19:11 arası", "Akşam 19:11", "Yatsı 20:30"}));
     EXPECT_EQ(rowOf(list, Prayer::ogle)->content().state, PrayerRowState::next);
     EXPECT_EQ(rowOf(list, Prayer::imsak)->content().tag, QStringLiteral("sahur sonu"));
 
-    const std::vector<KerahatRow *> kerahat = list.kerahatRows();
+    const std::vector<KerahatRow *> kerahat = laidOut<KerahatRow>(list);
     ASSERT_EQ(kerahat.size(), 3u);
     EXPECT_EQ(kerahat[1]->countdownText(), QStringLiteral(" · 39 dk sonra"));
     EXPECT_EQ(kerahat[2]->countdownText(), QString()) << "only the next interval counts down";
 
-    EXPECT_TRUE(view.kerahatBanner()->isHidden());
-    EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Diyanet hesabı · cihazda"));
+    EXPECT_TRUE(child<KerahatBanner>(view, "kerahatBanner")->isHidden());
+    EXPECT_EQ(child<TightLabel>(view, "sourceLabel")->text(), QStringLiteral("Diyanet hesabı · cihazda"));
 }
 
 TEST_F(PanelViewTest, KerahatBannerWhileAnIntervalRuns)
@@ -155,13 +156,13 @@ TEST_F(PanelViewTest, KerahatBannerWhileAnIntervalRuns)
     std::unique_ptr<AppModel> model = loadedModel(13, 12);
     PanelView view(*model, {}, {}, {});
 
-    const KerahatBanner &banner = *view.kerahatBanner();
+    const KerahatBanner &banner = *child<KerahatBanner>(view, "kerahatBanner");
     EXPECT_FALSE(banner.isHidden());
-    EXPECT_EQ(banner.detail()->text(), QStringLiteral("Güneş tepedeyken · 13:19'a kadar"));
-    EXPECT_EQ(banner.minutes()->text(), QStringLiteral("7 dk"));
-    EXPECT_TRUE(view.heroCard()->progressBar()->content().inKerahat);
-    EXPECT_TRUE(view.heroCard()->accessibleName().endsWith(QStringLiteral(", kerahat vakti")));
-    for (KerahatRow *row : view.prayerList()->kerahatRows())
+    EXPECT_EQ(child<TightLabel>(banner, "kerahatDetail")->text(), QStringLiteral("Güneş tepedeyken · 13:19'a kadar"));
+    EXPECT_EQ(child<TightLabel>(banner, "kerahatMinutes")->text(), QStringLiteral("7 dk"));
+    EXPECT_TRUE(child<DayProgressBar>(view, "progressBar")->content().inKerahat);
+    EXPECT_TRUE(child<HeroCard>(view, "heroCard")->accessibleName().endsWith(QStringLiteral(", kerahat vakti")));
+    for (KerahatRow *row : laidOut<KerahatRow>(*child<PrayerList>(view, "prayerList")))
         EXPECT_EQ(row->countdownText(), QString()) << "the banner counts down instead";
 }
 
@@ -170,11 +171,11 @@ TEST_F(PanelViewTest, AfterYatsiTheNextTimeIsTomorrow)
     std::unique_ptr<AppModel> model = loadedModel(22, 0);
     PanelView view(*model, {}, {}, {});
 
-    const HeroCard &hero = *view.heroCard();
-    EXPECT_EQ(hero.countdownTitle()->text(), QStringLiteral("Sahurun bitmesine kalan"));
-    EXPECT_EQ(hero.bigTime()->text(), QStringLiteral("7sa51dk"));
-    EXPECT_EQ(hero.subtitle()->text(), QStringLiteral("Yarın 05:51 · İmsak"));
-    for (PrayerRow *row : view.prayerList()->prayerRows())
+    const HeroCard &hero = *child<HeroCard>(view, "heroCard");
+    EXPECT_EQ(child<TightLabel>(hero, "countdownTitle")->text(), QStringLiteral("Sahurun bitmesine kalan"));
+    EXPECT_EQ(child<TightLabel>(hero, "bigTime")->text(), QStringLiteral("7sa51dk"));
+    EXPECT_EQ(child<TightLabel>(hero, "subtitle")->text(), QStringLiteral("Yarın 05:51 · İmsak"));
+    for (PrayerRow *row : laidOut<PrayerRow>(*child<PrayerList>(view, "prayerList")))
         EXPECT_NE(row->content().state, PrayerRowState::next) << row->content().prayer.id();
 }
 
@@ -182,12 +183,12 @@ TEST_F(PanelViewTest, KerahatOffLeavesSixRowsAndNoLegend)
 {
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
     PanelView view(*model, {}, {}, {});
-    ASSERT_FALSE(view.heroCard()->legend()->isHidden());
+    ASSERT_FALSE(child<TightLabel>(view, "legend")->isHidden());
 
     model->set(Settings::showKerahat, false);
-    EXPECT_EQ(view.prayerList()->rows().size(), 6u);
-    EXPECT_TRUE(view.prayerList()->kerahatRows().empty());
-    EXPECT_TRUE(view.heroCard()->legend()->isHidden());
+    EXPECT_EQ(laidOut(*child<PrayerList>(view, "prayerList")).size(), 6u);
+    EXPECT_TRUE(laidOut<KerahatRow>(*child<PrayerList>(view, "prayerList")).empty());
+    EXPECT_TRUE(child<TightLabel>(view, "legend")->isHidden());
 }
 
 TEST_F(PanelViewTest, ButtonsReachTheModelAndTheActions)
@@ -197,16 +198,16 @@ TEST_F(PanelViewTest, ButtonsReachTheModelAndTheActions)
     PanelView view(*model, [&] { ++imsakiye; }, [&] { ++settings; }, [&] { ++quit; });
     view.show();
 
-    PrayerRow *imsak = rowOf(*view.prayerList(), Prayer::imsak);
-    QTest::mouseClick(imsak->bell(), Qt::LeftButton);
+    PrayerRow *imsak = rowOf(*child<PrayerList>(view, "prayerList"), Prayer::imsak);
+    QTest::mouseClick(child<SymbolButton>(*imsak, "bell"), Qt::LeftButton);
     EXPECT_FALSE(model->setting(Settings::notifiedPrayers).contains(Prayer::imsak));
-    EXPECT_EQ(imsak->bell()->toolTip(), QStringLiteral("İmsak bildirimini aç"));
-    QTest::mouseClick(imsak->bell(), Qt::LeftButton);
+    EXPECT_EQ(child<SymbolButton>(*imsak, "bell")->toolTip(), QStringLiteral("İmsak bildirimini aç"));
+    QTest::mouseClick(child<SymbolButton>(*imsak, "bell"), Qt::LeftButton);
     EXPECT_TRUE(model->setting(Settings::notifiedPrayers).contains(Prayer::imsak));
 
-    QTest::mouseClick(view.imsakiyeButton(), Qt::LeftButton);
-    QTest::mouseClick(view.settingsButton(), Qt::LeftButton);
-    QTest::mouseClick(view.quitButton(), Qt::LeftButton);
+    QTest::mouseClick(child<SymbolButton>(view, "imsakiyeButton"), Qt::LeftButton);
+    QTest::mouseClick(child<SymbolButton>(view, "settingsButton"), Qt::LeftButton);
+    QTest::mouseClick(child<SymbolButton>(view, "quitButton"), Qt::LeftButton);
     EXPECT_EQ(std::tuple(imsakiye, settings, quit), std::tuple(1, 1, 1));
 
     view.activateWindow();
@@ -217,10 +218,10 @@ TEST_F(PanelViewTest, ButtonsReachTheModelAndTheActions)
     EXPECT_TRUE(QTest::qWaitFor([&] { return quit == 2; }, 2000));
 
     QSignalSpy finished(model.get(), &AppModel::loadFinished);
-    QTest::mouseClick(view.reloadButton(), Qt::LeftButton);
-    EXPECT_DOUBLE_EQ(view.reloadButton()->opacity(), 0.4) << "dimmed while loading";
+    QTest::mouseClick(child<SymbolButton>(view, "reloadButton"), Qt::LeftButton);
+    EXPECT_DOUBLE_EQ(child<SymbolButton>(view, "reloadButton")->opacity(), 0.4) << "dimmed while loading";
     ASSERT_TRUE(finished.wait(loadWaitMs));
-    EXPECT_DOUBLE_EQ(view.reloadButton()->opacity(), 1.0);
+    EXPECT_DOUBLE_EQ(child<SymbolButton>(view, "reloadButton")->opacity(), 1.0);
 }
 
 TEST_F(PanelViewTest, DiyanetTimesSayWhereTheyCameFrom)
@@ -229,12 +230,12 @@ TEST_F(PanelViewTest, DiyanetTimesSayWhereTheyCameFrom)
     failing = true;
     std::unique_ptr<AppModel> model = loadedModel(12, 30);
     PanelView view(*model, {}, {}, {});
-    EXPECT_EQ(view.sourceLabel()->text(), QStringLiteral("Diyanet hesabı · cihazda"));
-    EXPECT_EQ(view.sourceLabel()->symbol(), QString());
+    EXPECT_EQ(child<TightLabel>(view, "sourceLabel")->text(), QStringLiteral("Diyanet hesabı · cihazda"));
+    EXPECT_EQ(child<TightLabel>(view, "sourceLabel")->symbol(), QString());
     // Beside the buttons the note takes two lines, but all of it is shown.
     view.setAttribute(Qt::WA_DontShowOnScreen);
     view.show();
-    const TightLabel &note = *view.sourceLabel();
+    const TightLabel &note = *child<TightLabel>(view, "sourceLabel");
     // Every word is shown; a separator may give way to a line break.
     const auto words = [](QString text) {
         return text.replace(QStringLiteral(" · "), QStringLiteral(" ")).split(u' ', Qt::SkipEmptyParts);

@@ -132,15 +132,15 @@ protected:
 TEST_F(SettingsViewTest, SearchingLeavesThePlaceAloneUntilAResultIsChosen)
 {
     GeneralSettingsView view(*model, locations);
-    EXPECT_EQ(view.placeLabel()->text(), "İstanbul, Fatih");
+    EXPECT_EQ(child<QLabel>(view, "placeLabel")->text(), "İstanbul, Fatih");
 
-    view.queryField()->setText("   ");
-    EXPECT_FALSE(view.searchButton()->isEnabled());
+    child<QLineEdit>(view, "queryField")->setText("   ");
+    EXPECT_FALSE(child<QPushButton>(view, "searchButton")->isEnabled());
     view.search();
     EXPECT_TRUE(locations.queries.isEmpty());
 
-    view.queryField()->setText("  Üsküdar ");
-    EXPECT_TRUE(view.searchButton()->isEnabled());
+    child<QLineEdit>(view, "queryField")->setText("  Üsküdar ");
+    EXPECT_TRUE(child<QPushButton>(view, "searchButton")->isEnabled());
     locations.found = {{uskudar, berlin}, false};
     view.search();
     settle();
@@ -175,22 +175,22 @@ TEST_F(SettingsViewTest, SearchingLeavesThePlaceAloneUntilAResultIsChosen)
     settle();
     EXPECT_EQ(model->setting(Settings::location), uskudar);
     EXPECT_TRUE(view.resultButtons().isEmpty());
-    EXPECT_TRUE(view.queryField()->text().isEmpty());
+    EXPECT_TRUE(child<QLineEdit>(view, "queryField")->text().isEmpty());
     EXPECT_EQ(view.locationMessage(), std::nullopt);
-    EXPECT_EQ(view.placeLabel()->text(), "İstanbul, Üsküdar");
+    EXPECT_EQ(child<QLabel>(view, "placeLabel")->text(), "İstanbul, Üsküdar");
 }
 
 TEST_F(SettingsViewTest, OnlyTheNewestSearchIsShown)
 {
     GeneralSettingsView view(*model, locations);
-    view.queryField()->setText("Ber");
+    child<QLineEdit>(view, "queryField")->setText("Ber");
     auto slow = std::make_shared<QPromise<PlaceSearch>>();
     locations.pendingSearch = slow;
     view.search();
     EXPECT_TRUE(view.isSearching());
     locations.pendingSearch.reset();
     locations.found = {{berlin}, false};
-    view.queryField()->setText("Berlin");
+    child<QLineEdit>(view, "queryField")->setText("Berlin");
     view.search();
     settle();
     slow->addResult(PlaceSearch{{uskudar}, false});
@@ -205,7 +205,7 @@ TEST_F(SettingsViewTest, ThePositionReplacesThePlaceOrSaysWhyNot)
 {
     GeneralSettingsView view(*model, locations);
     locations.positionError = LocationError::denied;
-    view.currentLocationButton()->click();
+    child<QPushButton>(view, "currentLocationButton")->click();
     settle();
     ASSERT_TRUE(view.locationMessage());
     EXPECT_TRUE(view.locationMessage()->startsWith("Konum izni verilmedi.")) << view.locationMessage()->toStdString();
@@ -214,7 +214,7 @@ TEST_F(SettingsViewTest, ThePositionReplacesThePlaceOrSaysWhyNot)
     settle();
     EXPECT_EQ(view.locationMessage(), QString("Konum alınamadı. Konumu arayarak seçebilirsiniz."));
     EXPECT_EQ(model->setting(Settings::location).name, "İstanbul, Fatih");
-    EXPECT_TRUE(view.currentLocationButton()->isEnabled());
+    EXPECT_TRUE(child<QPushButton>(view, "currentLocationButton")->isEnabled());
 
     locations.position = berlin;
     view.useCurrentLocation();
@@ -227,52 +227,55 @@ TEST_F(SettingsViewTest, ThePositionReplacesThePlaceOrSaysWhyNot)
 TEST_F(SettingsViewTest, GeneralControlsWriteTheModelAndFollowIt)
 {
     GeneralSettingsView view(*model, locations);
-    view.methodPicker()->setCurrentIndex(1);
-    emit view.methodPicker()->activated(1);
+    QComboBox *methods = child<QComboBox>(view, "methodPicker");
+    methods->setCurrentIndex(1);
+    emit methods->activated(1);
     EXPECT_EQ(model->setting(Settings::method), CalculationMethod::mwl);
-    QTest::mouseClick(view.styleSegments(), Qt::LeftButton, {}, view.styleSegments()->segmentRect(3).center());
+    SegmentedControl *styles = child<SegmentedControl>(view, "styleSegments");
+    QTest::mouseClick(styles, Qt::LeftButton, {}, styles->segmentRect(3).center());
     EXPECT_EQ(model->setting(Settings::trayStyle), TrayStyle::iconOnly);
-    view.ramadanSwitch()->click();
+    child<SettingsForm::Switch>(view, "ramadanSwitch")->click();
     EXPECT_FALSE(model->setting(Settings::ramadanMode));
 
     // Changes made elsewhere (the command line, the panel) show at once.
     model->set(Settings::method, CalculationMethod::egypt);
     model->set(Settings::trayStyle, TrayStyle::remaining);
     model->set(Settings::location, berlin);
-    EXPECT_EQ(view.methodPicker()->currentText(), "Mısır Genel Araştırma Kurumu");
-    EXPECT_EQ(view.styleSegments()->current(), 1);
-    EXPECT_EQ(view.placeLabel()->text(), "Berlin");
+    EXPECT_EQ(methods->currentText(), "Mısır Genel Araştırma Kurumu");
+    EXPECT_EQ(styles->current(), 1);
+    EXPECT_EQ(child<QLabel>(view, "placeLabel")->text(), "Berlin");
     // Drawn for a 2x screen whatever the window's own ratio, and shown at its size in points.
-    ASSERT_FALSE(view.preview()->image().isNull());
-    EXPECT_GE(view.preview()->image().devicePixelRatio(), 2.0);
-    EXPECT_EQ(view.preview()->sizeHint().height(), qCeil(view.preview()->image().deviceIndependentSize().height()) + 4);
+    const ImageView &preview = *child<ImageView>(view, "preview");
+    ASSERT_FALSE(preview.image().isNull());
+    EXPECT_GE(preview.image().devicePixelRatio(), 2.0);
+    EXPECT_EQ(preview.sizeHint().height(), qCeil(preview.image().deviceIndependentSize().height()) + 4);
 
     // The time left on the icon: on by default where the panel shows no title, then as chosen.
-    EXPECT_TRUE(view.iconRemainingSwitch()->isChecked());
+    EXPECT_TRUE(child<SettingsForm::Switch>(view, "iconRemainingSwitch")->isChecked());
     view.setPanelShowsLabel(true);
-    EXPECT_FALSE(view.iconRemainingSwitch()->isChecked());
-    view.iconRemainingSwitch()->click();
+    EXPECT_FALSE(child<SettingsForm::Switch>(view, "iconRemainingSwitch")->isChecked());
+    child<SettingsForm::Switch>(view, "iconRemainingSwitch")->click();
     EXPECT_EQ(model->setting(Settings::iconRemaining), std::optional(true));
-    EXPECT_TRUE(view.iconRemainingSwitch()->isChecked());
+    EXPECT_TRUE(child<SettingsForm::Switch>(view, "iconRemainingSwitch")->isChecked());
 }
 
 TEST_F(SettingsViewTest, AFailedAutostartWriteIsExplainedAndTheSwitchStaysOff)
 {
     GeneralSettingsView view(*model, locations);
-    view.loginSwitch()->click();
-    EXPECT_TRUE(view.loginSwitch()->isChecked());
+    child<SettingsForm::Switch>(view, "loginSwitch")->click();
+    EXPECT_TRUE(child<SettingsForm::Switch>(view, "loginSwitch")->isChecked());
     EXPECT_EQ(view.loginError(), std::nullopt);
     EXPECT_TRUE(QFile::exists(folder.filePath("config/autostart/io.github.orvel.Orvel.desktop")));
-    view.loginSwitch()->click();
-    EXPECT_FALSE(view.loginSwitch()->isChecked());
+    child<SettingsForm::Switch>(view, "loginSwitch")->click();
+    EXPECT_FALSE(child<SettingsForm::Switch>(view, "loginSwitch")->isChecked());
 
     // A file where the configuration folder should be: nothing can be written under it.
     QFile blocker(folder.filePath("blocked"));
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
     qputenv("XDG_CONFIG_HOME", folder.filePath("blocked").toUtf8());
-    view.loginSwitch()->click();
-    EXPECT_FALSE(view.loginSwitch()->isChecked());
+    child<SettingsForm::Switch>(view, "loginSwitch")->click();
+    EXPECT_FALSE(child<SettingsForm::Switch>(view, "loginSwitch")->isChecked());
     ASSERT_TRUE(view.loginError());
     EXPECT_TRUE(view.loginError()->startsWith("Ayarlanamadı: ")) << view.loginError()->toStdString();
 }
@@ -280,21 +283,21 @@ TEST_F(SettingsViewTest, AFailedAutostartWriteIsExplainedAndTheSwitchStaysOff)
 TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
 {
     NotificationSettingsView view(*model, allowed);
-    const auto shown = [&] { return std::pair{!view.fileRow()->isHidden(), !view.volumeRow()->isHidden()}; };
+    const auto shown = [&] { return std::pair{!child(view, "fileRow")->isHidden(), !child(view, "volumeRow")->isHidden()}; };
     EXPECT_EQ(shown(), std::pair(false, false));
-    EXPECT_EQ(view.soundDescription()->text(), "Bildirimle birlikte kısa sistem sesi");
+    EXPECT_EQ(child<QLabel>(view, "soundDescription")->text(), "Bildirimle birlikte kısa sistem sesi");
     model->set(Settings::adhanSound, AdhanSound::chime);
     EXPECT_EQ(shown(), std::pair(false, true));
-    EXPECT_TRUE(view.listenButton()->isEnabled());
-    EXPECT_EQ(view.listenButton()->text(), "Dinle");
+    EXPECT_TRUE(child<QPushButton>(view, "listenButton")->isEnabled());
+    EXPECT_EQ(child<QPushButton>(view, "listenButton")->text(), "Dinle");
     model->set(Settings::adhanSound, AdhanSound::none);
     EXPECT_EQ(shown(), std::pair(false, false));
-    view.soundPicker()->setCurrentIndex(2);
-    emit view.soundPicker()->activated(2);
+    child<QComboBox>(view, "soundPicker")->setCurrentIndex(2);
+    emit child<QComboBox>(view, "soundPicker")->activated(2);
     EXPECT_EQ(model->setting(Settings::adhanSound), AdhanSound::custom);
     EXPECT_EQ(shown(), std::pair(true, true));
-    EXPECT_EQ(view.fileName()->toolTip(), "Seçilmedi");
-    EXPECT_FALSE(view.listenButton()->isEnabled()) << "no custom file yet";
+    EXPECT_EQ(child<QLabel>(view, "fileName")->toolTip(), "Seçilmedi");
+    EXPECT_FALSE(child<QPushButton>(view, "listenButton")->isEnabled()) << "no custom file yet";
 
     // Text is no sound: the error shows and the sound stays as it was.
     const QString notSound = folder.filePath("notes.mp3");
@@ -305,7 +308,7 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     model->set(Settings::adhanSound, AdhanSound::chime);
     model->set(Settings::adhanSound, AdhanSound::custom);
     FileChooser::setNextAnswer(notSound);
-    view.chooseFileButton()->click();
+    child<QPushButton>(view, "chooseFileButton")->click();
     EXPECT_EQ(view.importError(), QString::fromUtf8(NotificationSettingsView::importFailed));
     EXPECT_EQ(model->setting(Settings::customSoundName), std::nullopt);
 
@@ -320,7 +323,7 @@ TEST_F(SettingsViewTest, SoundRowsFollowTheChoiceAndAFileIsImportedOrRefused)
     EXPECT_EQ(view.importError(), std::nullopt);
     EXPECT_EQ(model->setting(Settings::adhanSound), AdhanSound::custom);
     EXPECT_EQ(model->setting(Settings::customSoundName), "ezan-ogle.wav");
-    EXPECT_EQ(view.fileName()->toolTip(), "ezan-ogle.wav");
+    EXPECT_EQ(child<QLabel>(view, "fileName")->toolTip(), "ezan-ogle.wav");
 
     // Cancelling changes nothing.
     FileChooser::setNextAnswer(std::nullopt);
@@ -332,35 +335,35 @@ TEST_F(SettingsViewTest, WithoutANotificationServiceTheTabSaysSoWhenShown)
 {
     int opened = 0;
     NotificationSettingsView view(*model, {[] { return true; }, [&opened] { ++opened; }});
-    EXPECT_TRUE(view.deniedRow()->isHidden()) << "only learned when the tab is shown";
+    EXPECT_TRUE(child<QWidget>(view, "deniedRow")->isHidden()) << "only learned when the tab is shown";
     view.setAttribute(Qt::WA_DontShowOnScreen);
     view.show();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !view.deniedRow()->isHidden(); }, waitMs));
-    view.openSettingsButton()->click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !child<QWidget>(view, "deniedRow")->isHidden(); }, waitMs));
+    child<QPushButton>(view, "openSettingsButton")->click();
     EXPECT_EQ(opened, 1);
 
     // A desktop without a settings tool gets the warning but no dead button.
     NotificationSettingsView bare(*model, {[] { return true; }, {}});
-    EXPECT_TRUE(bare.openSettingsButton()->isHidden());
+    EXPECT_TRUE(child<QPushButton>(bare, "openSettingsButton")->isHidden());
 }
 
 TEST_F(SettingsViewTest, QuietHoursAreStoredAsMinutesAfterMidnight)
 {
     NotificationSettingsView view(*model, allowed);
-    EXPECT_TRUE(view.quietStart()->parentWidget()->isHidden());
-    view.quietSwitch()->click();
+    EXPECT_TRUE(child<QTimeEdit>(view, "quietStart")->parentWidget()->isHidden());
+    child<SettingsForm::Switch>(view, "quietSwitch")->click();
     EXPECT_TRUE(model->setting(Settings::quietHours).enabled);
-    EXPECT_FALSE(view.quietStart()->parentWidget()->isHidden());
-    view.quietStart()->setTime(QTime(22, 0));
-    view.quietEnd()->setTime(QTime(6, 0));
+    EXPECT_FALSE(child<QTimeEdit>(view, "quietStart")->parentWidget()->isHidden());
+    child<QTimeEdit>(view, "quietStart")->setTime(QTime(22, 0));
+    child<QTimeEdit>(view, "quietEnd")->setTime(QTime(6, 0));
     EXPECT_EQ(model->setting(Settings::quietHours), (QuietHours {true, 1320, 360}));
     SettingsStore::store().sync();
     EXPECT_EQ(Settings::quietHours.read(), (QuietHours{true, 1320, 360}));
 
-    view.reminderPicker()->setCurrentIndex(3);
-    emit view.reminderPicker()->activated(3);
+    child<QComboBox>(view, "reminderPicker")->setCurrentIndex(3);
+    emit child<QComboBox>(view, "reminderPicker")->activated(3);
     EXPECT_EQ(model->setting(Settings::reminderMinutes), 15);
-    view.volumeSlider()->setValue(35);
+    child<QSlider>(view, "volumeSlider")->setValue(35);
     EXPECT_DOUBLE_EQ(model->setting(Settings::soundVolume), 0.35);
 }
 
@@ -379,10 +382,10 @@ TEST_F(SettingsViewTest, AChipReachesTheScheduler)
     ASSERT_TRUE(yatsiPending());
 
     NotificationSettingsView view(*model, allowed);
-    EXPECT_TRUE(view.chip(Prayer::yatsi)->isOn());
-    EXPECT_FALSE(view.chip(Prayer::gunes)->isOn());
-    view.chip(Prayer::yatsi)->click();
-    EXPECT_FALSE(view.chip(Prayer::yatsi)->isOn());
+    EXPECT_TRUE(child<SettingsForm::Chip>(view, "yatsiChip")->isOn());
+    EXPECT_FALSE(child<SettingsForm::Chip>(view, "gunesChip")->isOn());
+    child<SettingsForm::Chip>(view, "yatsiChip")->click();
+    EXPECT_FALSE(child<SettingsForm::Chip>(view, "yatsiChip")->isOn());
     EXPECT_FALSE(model->setting(Settings::notifiedPrayers).contains(Prayer::yatsi));
     EXPECT_FALSE(yatsiPending());
 }
@@ -392,20 +395,22 @@ TEST_F(SettingsViewTest, KerahatControlsRestWhileTheDisplayIsOff)
     model->set(Settings::kerahatMenuDot, false);
     model->set(Settings::kerahatMinutes, 50);
     KerahatSettingsView view(*model);
-    EXPECT_TRUE(view.dotSwitch()->isEnabled());
-    view.showSwitch()->click();
+    auto *show = child<SettingsForm::Switch>(view, "showSwitch");
+    auto *dot = child<SettingsForm::Switch>(view, "dotSwitch");
+    auto *minutes = child<QComboBox>(view, "minutesPicker");
+    EXPECT_TRUE(dot->isEnabled());
+    show->click();
     EXPECT_FALSE(model->setting(Settings::showKerahat));
-    for (QWidget *control : {static_cast<QWidget *>(view.dotSwitch()), static_cast<QWidget *>(view.notifySwitch()),
-                             static_cast<QWidget *>(view.minutesPicker())})
-        EXPECT_FALSE(control->isEnabled());
-    EXPECT_FALSE(view.dotSwitch()->isChecked());
-    EXPECT_EQ(view.minutesPicker()->currentText(), "50 dakika");
+    for (const char *control : {"dotSwitch", "notifySwitch", "minutesPicker"})
+        EXPECT_FALSE(child(view, control)->isEnabled()) << control;
+    EXPECT_FALSE(dot->isChecked());
+    EXPECT_EQ(minutes->currentText(), "50 dakika");
     EXPECT_EQ(model->setting(Settings::kerahatMinutes), 50);
 
-    view.showSwitch()->click();
-    EXPECT_TRUE(view.minutesPicker()->isEnabled());
-    view.minutesPicker()->setCurrentIndex(0);
-    emit view.minutesPicker()->activated(0);
+    show->click();
+    EXPECT_TRUE(minutes->isEnabled());
+    minutes->setCurrentIndex(0);
+    emit minutes->activated(0);
     EXPECT_EQ(model->setting(Settings::kerahatMinutes), 40);
 }
 
@@ -413,9 +418,10 @@ TEST_F(SettingsViewTest, TheWindowNamesItsTabsAndControlsForScreenReaders)
 {
     SettingsView window(*model, std::make_unique<ScriptedLocations>(), allowed);
     EXPECT_EQ(window.width(), SettingsView::windowWidth);
+    const QTabWidget &pages = *child<QTabWidget>(window, "tabs");
     QStringList tabs;
-    for (int index = 0; index < window.tabs()->count(); ++index)
-        tabs << window.tabs()->tabText(index);
+    for (int index = 0; index < pages.count(); ++index)
+        tabs << pages.tabText(index);
     EXPECT_EQ(tabs, (QStringList{"Genel", "Vakitler", "Bildirimler", "Kerahat", "Hakkında"}));
 
     QStringList named;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DayTimes.h"
+#include "FindChild.h"
 #include "TimeZone.h"
 
 #include <QString>
