@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <stdexcept>
 
@@ -64,5 +67,18 @@ private:
     QString address_;
     QStringList names_;
 };
+
+// A barrier: sends `call` from `from` and returns once the answer is in and what came before it
+// has been handled here. The bus keeps the order of each sender's messages, so whatever `from`
+// sent the callee before, and whatever the callee sent back before answering, is through.
+inline bool roundTrip(const QDBusConnection &from, const QDBusMessage &call, int timeoutMs = 5000)
+{
+    QDBusPendingCallWatcher watcher(from.asyncCall(call));
+    bool answered = false;
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, [&answered] { answered = true; });
+    const bool inTime = QTest::qWaitFor([&answered] { return answered; }, timeoutMs);
+    QCoreApplication::sendPostedEvents();
+    return inTime && !watcher.isError();
+}
 
 } // namespace orvel::test

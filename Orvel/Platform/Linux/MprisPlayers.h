@@ -16,7 +16,6 @@ public:
 
     void pausePlaying() override;
     void resumePaused() override;
-    const QStringList &paused() const { return paused_; }
 
 private:
     QDBusConnection connection_;

@@ -14,6 +14,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -463,10 +464,15 @@ TEST(AppModelSettings, APlaceChosenOnTheCommandLineReachesTheRunningModel)
     EXPECT_EQ(model->setting(Settings::location).name, "Berlin");
     EXPECT_EQ(model->setting(Settings::location).timeZoneID, "Europe/Berlin");
     EXPECT_EQ(model->setting(Settings::method), CalculationMethod::mwl);
-    // The model's own rewrite of what it just read is no news.
-    QTest::qWait(3 * SettingsWatcher::settleMs);
+    // The model's own rewrite of what it just read is no news: the next change from outside
+    // comes through alone.
+    QSettings outside(SettingsStore::store().fileName(), QSettings::IniFormat);
+    outside.setValue(QStringLiteral("reminder"), 10);
+    outside.sync();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return changesOf("reminder") > 0; }, loadWaitMs));
+    EXPECT_EQ(model->setting(Settings::reminderMinutes), 10);
     EXPECT_EQ(changesOf("location"), 1);
-    EXPECT_EQ(changes.count(), 1) << "nothing else changed";
+    EXPECT_EQ(changes.count(), 2) << "nothing else changed";
 }
 
 // orvel-cli status reads the user's Ramadan, kerahat and style settings as the tray does: 42

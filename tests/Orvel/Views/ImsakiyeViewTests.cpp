@@ -240,7 +240,7 @@ TEST_F(ImsakiyeViewTest, OldRowsStayAndASupersededAnswerIsDropped)
     QSignalSpy later(&view, &ImsakiyeView::daysChanged);
     release();
     QThreadPool::globalInstance()->waitForDone(loadWaitMs);
-    QTest::qWait(50);
+    deliverPosted();
     EXPECT_EQ(later.count(), 0);
     EXPECT_EQ(dates(view).first(), QStringLiteral("2026-03-01"));
     EXPECT_EQ(rowsOf(view).size(), 31u);
@@ -262,7 +262,7 @@ TEST_F(ImsakiyeViewTest, TodaysRowIsCentredAndOfflineIsSaid)
     view.resize(ImsakiyeView::minimumContentSize);
     view.show();
     ASSERT_TRUE(waitForDays(view));
-    QTest::qWait(20);
+    deliverPosted();
     const QScrollArea &list = *child<QScrollArea>(view, "list");
     ASSERT_GT(list.verticalScrollBar()->maximum(), 0) << "a month does not fit at this size";
     const ImsakiyeRow *today = rowsOf(view)[9];
@@ -303,7 +303,7 @@ TEST_F(ImsakiyeViewTest, TheFooterKeepsThePlaceAndMethodWhole)
     view.setAttribute(Qt::WA_DontShowOnScreen);
     view.resize(ImsakiyeView::minimumContentSize);
     view.show();
-    QTest::qWait(20);
+    deliverPosted();
     const TightLabel &place = *child<TightLabel>(view, "placeLabel");
     EXPECT_TRUE(place.text().endsWith(QStringLiteral("(ISNA)"))) << place.text().toStdString();
     EXPECT_GE(place.width(), place.sizeHint().width()) << "the method's name is not cut";
@@ -399,7 +399,7 @@ TEST_F(ImsakiyeViewTest, RendersInTheForcedAppearance)
         view.resize(760, 400);
         view.show();
         ASSERT_TRUE(waitForDays(view));
-        QTest::qWait(20);
+        deliverPosted();
         const QImage image = view.grab().toImage();
         const qreal corner = image.pixelColor(2, 2).lightnessF();
         EXPECT_TRUE(appearance == Appearance::dark ? corner < 0.3 : corner > 0.8) << corner;

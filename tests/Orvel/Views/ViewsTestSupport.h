@@ -4,6 +4,7 @@
 #include "FindChild.h"
 #include "TimeZone.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <array>
@@ -12,6 +13,14 @@
 inline void PrintTo(const QString &text, std::ostream *out) { *out << '"' << text.toStdString() << '"'; }
 
 namespace orvel::test {
+
+// A barrier for this thread: delivers the events posted to it (a finished load's answer, the
+// layout a show or resize asked for), then those they posted in turn.
+inline void deliverPosted()
+{
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::sendPostedEvents();
+}
 
 // An instant given as Istanbul wall-clock time.
 inline Instant at(int64_t year, int64_t month, int64_t day, int hour, int minute, int second = 0)
