@@ -358,6 +358,11 @@ DaySource SourceOptions::daySource(const Clock &clock) const
     return repositorySource(cacheDirectory ? *cacheDirectory : PrayerRepository::defaultCacheDirectory(), serviceURL, clock);
 }
 
+DaysAnswer SourceOptions::days(const std::vector<DayKey> &keys, const TimesQuery &query, const Clock &clock) const
+{
+    return daySource(clock)(keys, query.location, query.method, query.times);
+}
+
 std::optional<std::string> SourceOptions::fallbackNotice(const DaysAnswer &answer) const
 {
     if (offline || answer.source != TimesSource::offline)

@@ -58,6 +58,24 @@ bool wantsHelp(const std::vector<std::string> &args);
 // A command's --help: its synopsis after "orvel-cli", what it does, then its options.
 std::string usage(std::string_view synopsis, std::string_view description, const OptionTable &options);
 
+// A command reads its arguments into `Choices`, a plain struct whose defaults are what an absent
+// option means; `table` binds one to the command's options. Throws UsageError.
+template <class Choices>
+Choices parsed(const std::vector<std::string> &args, OptionTable (*table)(Choices &))
+{
+    Choices choices;
+    table(choices).parse(args);
+    return choices;
+}
+
+// The --help of a command whose options `table` binds.
+template <class Choices>
+std::string usage(std::string_view synopsis, std::string_view description, OptionTable (*table)(Choices &))
+{
+    Choices choices;
+    return usage(synopsis, description, table(choices));
+}
+
 // Strict readers of option values. `what` names the value in the error ("enlem").
 namespace Values {
 double number(std::string_view text, std::string_view what);
@@ -142,6 +160,8 @@ struct SourceOptions {
     void addTo(OptionTable &table);
     // The cached web timetable with the calculator behind it, or the calculator alone.
     DaySource daySource(const Clock &clock) const;
+    // The query's days from that source.
+    DaysAnswer days(const std::vector<DayKey> &keys, const TimesQuery &query, const Clock &clock) const;
     // The one line that says the service failed and the times were computed on the device;
     // none when the times are what was asked for.
     std::optional<std::string> fallbackNotice(const DaysAnswer &answer) const;

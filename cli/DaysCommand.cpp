@@ -79,14 +79,13 @@ std::string json(const Request &request, const std::vector<ReligiousDay> &days)
 
 std::string help()
 {
-    Request request;
     return usage("days [seçenekler]",
                  "Bir yılın dini günlerini ve gecelerini Diyanet'in yayımladığı gibi yazar: üç ayların başlangıcı,\n"
                  "Regaib, Miraç, Berat ve Mevlid kandilleri, Ramazan başlangıcı, Kadir Gecesi, bayramlar ve\n"
                  "arefeleri, Hicri yılbaşı ve Aşure günü. Tarihler yöntemin Hicri takviminden cihazda hesaplanır\n"
                  "(Diyanet için Diyanet'in takvimi, diğer yöntemler için Ümmü'l-Kura) ve uygulamadaki Hicri\n"
                  "düzeltmeyle kayar. Bir kandil, gecenin başladığı akşamın tarihinde yazılır.",
-                 optionTable(request));
+                 optionTable);
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &)

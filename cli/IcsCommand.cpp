@@ -55,33 +55,26 @@ OptionTable optionTable(Choices &choices)
 
 Request parse(const std::vector<std::string> &args, const Clock &clock)
 {
-    Choices choices;
-    optionTable(choices).parse(args);
-    Request request;
-    static_cast<TimesQuery &>(request) = choices.place.query();
-    request.range = choices.range.range(request.location, clock);
-    request.prayers = choices.prayers;
-    request.output = choices.output;
-    request.sources = choices.sources;
-    return request;
+    const Choices choices = parsed(args, optionTable);
+    const TimesQuery query = choices.place.query();
+    return {query, choices.range.range(query.location, clock), choices.prayers, choices.output, choices.sources};
 }
 
 std::string help()
 {
-    Choices choices;
     return usage("ics [seçenekler]",
                  "Vakitleri takvim uygulamaları için bir iCalendar dosyası (RFC 5545) olarak yazar: seçilen her\n"
                  "vakit anında bir etkinlik (yer adıyla), aralıktaki her dini gün bir tüm gün etkinliği. GNOME\n"
                  "Takvim, Thunderbird ya da aynı dosyaya abone bir telefon okur; yeniden aktarmak etkinlikleri\n"
                  "günceller. Yer, yöntem ve kaynak seçenekleri times komutundakilerle aynıdır.",
-                 optionTable(choices));
+                 optionTable);
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
     const Request request = parse(args, clock);
     const std::vector<DayKey> keys = request.range.days();
-    const DaysAnswer answer = request.sources.daySource(clock)(keys, request.location, request.method, request.times);
+    const DaysAnswer answer = request.sources.days(keys, request, clock);
     if (const auto notice = request.sources.fallbackNotice(answer))
         err << *notice << '\n';
     const CalendarFile::Contents contents{

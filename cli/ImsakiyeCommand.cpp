@@ -100,16 +100,10 @@ std::vector<std::vector<std::string>> table(const ImsakiyePage &page, const std:
 
 Request parse(const std::vector<std::string> &args, const Clock &clock)
 {
-    Choices choices;
-    optionTable(choices).parse(args);
-    Request request;
-    static_cast<TimesQuery &>(request) = choices.place.query();
-    request.mode = choices.mode;
-    request.offset = choices.offset;
-    request.today = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
-    request.sources = choices.sources;
-    request.json = choices.json;
-    return request;
+    const Choices choices = parsed(args, optionTable);
+    const TimesQuery query = choices.place.query();
+    const DayKey today = choices.date.value_or(DayKey::from(clock.now(), query.location.timeZone()));
+    return {query, choices.mode, choices.offset, today, choices.sources, choices.json};
 }
 
 Page load(const Request &request, const DaySource &source)
@@ -163,7 +157,6 @@ std::string json(const Request &request, const Page &page)
 
 std::string help()
 {
-    Choices choices;
     return usage("imsakiye [seçenekler]",
                  "Uygulamanın İmsakiye penceresindeki sayfayı yazar: başlık, yer ve yöntem, sonra her gün için\n"
                  "tarih, Hicri tarih, altı vakit ve günün dini günü (kandiller, Ramazan başlangıcı, Kadir Gecesi,\n"
@@ -171,7 +164,7 @@ std::string help()
                  "kadardır; Ramazan sayfası Ramazan ayının günlerini gösterir, bu yılın Ramazanı bittiyse gelecek\n"
                  "yılınkini. --offset ile önceki ve sonraki sayfalara geçilir. Yer, yöntem ve kaynak seçenekleri\n"
                  "times komutundakilerle aynıdır.",
-                 optionTable(choices));
+                 optionTable);
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)

@@ -69,12 +69,11 @@ std::string json(const PlaceFinder::Search &found)
 
 std::string help()
 {
-    Request request;
     return usage("places YER [seçenekler]",
                  "Adı verilen yeri arar ve bulunanları sıra numarası, ad, enlem, boylam ve saat dilimiyle yazar.\n"
                  "Arama servisine ulaşılamazsa cihazdaki yer listesinden arar. --choose N listedeki N. yeri\n"
                  "uygulamanın yeri yapar: çalışan Orvel onu hemen kullanır, times ve status da onu gösterir.",
-                 optionTable(request));
+                 optionTable);
 }
 
 int run(const std::vector<std::string> &args, const Clock &, std::ostream &out, std::ostream &err)

@@ -48,13 +48,9 @@ Figures figures(const Request &request)
 
 Request parse(const std::vector<std::string> &args, const Clock &clock)
 {
-    Choices choices;
-    optionTable(choices).parse(args);
-    Request request;
-    request.location = choices.place.location();
-    request.day = choices.date ? *choices.date : DayKey::from(clock.now(), request.location.timeZone());
-    request.json = choices.json;
-    return request;
+    const Choices choices = parsed(args, optionTable);
+    const Location location = choices.place.location();
+    return {location, choices.date.value_or(DayKey::from(clock.now(), location.timeZone())), choices.json};
 }
 
 std::string text(const Request &request)
@@ -94,13 +90,12 @@ std::string json(const Request &request)
 
 std::string help()
 {
-    Choices choices;
     return usage("qibla [seçenekler]",
                  "Kıbleyi yazar: yerden Kâbe'ye büyük daire üzerindeki yönü (gerçek kuzeyden saat yönünde derece,\n"
                  "pusula adıyla), uzaklığı ve günün kıble saatini (güneşin kıble yönünde durduğu dakika; o gün\n"
                  "güneş kıble yönüne gelmiyorsa yok). Yer verilmezse uygulamada seçili yer kullanılır. Pusula\n"
                  "manyetik kuzeyi gösterir; yerin sapması kadar düzeltin.",
-                 optionTable(choices));
+                 optionTable);
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &)

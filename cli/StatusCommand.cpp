@@ -134,8 +134,7 @@ std::string shellQuoted(const std::string &text)
 
 Request parse(const std::vector<std::string> &args, const Clock &clock)
 {
-    Choices choices;
-    optionTable(choices).parse(args);
+    const Choices choices = parsed(args, optionTable);
     Request request;
     static_cast<TimesQuery &>(request) = choices.place.query();
     request.status = AppSettings::statusSettings();
@@ -275,7 +274,6 @@ std::string panelCommand()
 
 std::string help()
 {
-    Choices choices;
     return usage("status [seçenekler]",
                  "Sıradaki vakti ve kalan süreyi durum çubuğundaki gibi yazar: ilk satırda başlık (\"Akşam 1:15\",\n"
                  "bir vakit girdiği dakikada \"Öğle vakti\"), ikinci satırda okunuşu; kerahat vaktinde bunu da söyler.\n"
@@ -287,7 +285,7 @@ std::string help()
                  "--follow ile komut açık kalır ve gösterdiği değiştikçe yeni bir satır yazar (text biçimi iki\n"
                  "satır): Orvel çalışıyorsa oturum veri yolundan durumunu izler ve simgesinin söylediğini yazar,\n"
                  "çalışmıyorsa kendi saatine göre her saniye bakar. Yer ya da yöntem verilirse hep kendi saatine bakar.",
-                 optionTable(choices));
+                 optionTable);
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
@@ -295,7 +293,7 @@ int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &
     const Request request = parse(args, clock);
     if (request.follow)
         return FollowLoop::run(request, clock, out);
-    const DaysAnswer answer = request.sources.daySource(clock)(days(request), request.location, request.method, request.times);
+    const DaysAnswer answer = request.sources.days(days(request), request, clock);
     if (request.format == Format::text) {
         if (const auto notice = request.sources.fallbackNotice(answer))
             err << *notice << '\n';

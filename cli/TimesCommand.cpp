@@ -42,14 +42,9 @@ std::string sourceLine(TimesSource source)
 
 Request parse(const std::vector<std::string> &args, const Clock &clock)
 {
-    Choices choices;
-    optionTable(choices).parse(args);
-    Request request;
-    static_cast<TimesQuery &>(request) = choices.place.query();
-    request.range = choices.range.range(request.location, clock);
-    request.sources = choices.sources;
-    request.json = choices.json;
-    return request;
+    const Choices choices = parsed(args, optionTable);
+    const TimesQuery query = choices.place.query();
+    return {query, choices.range.range(query.location, clock), choices.sources, choices.json};
 }
 
 std::string text(const Request &request, const DaysAnswer &answer)
@@ -85,7 +80,6 @@ std::string json(const Request &request, const DaysAnswer &answer)
 
 std::string help()
 {
-    Choices choices;
     return usage("times [seçenekler]",
                  "Bir yerin altı vaktini gün gün Türkçe bir tablo olarak ya da --json ile JSON olarak yazar.\n"
                  "Yer verilmezse uygulamada seçili yer ve yöntem (ilk açılışta İstanbul, Fatih ve Diyanet)\n"
@@ -93,13 +87,13 @@ std::string help()
                  "verilmezse bilgisayarın saat dilimi kullanılır. Saatler yerin saat dilimindedir.\n"
                  "Vakitler web servisinden ay ay alınır ve önbellekte saklanır; servise ulaşılamazsa ya da\n"
                  "--offline verilirse cihazda hesaplanır.",
-                 optionTable(choices));
+                 optionTable);
 }
 
 int run(const std::vector<std::string> &args, const Clock &clock, std::ostream &out, std::ostream &err)
 {
     const Request request = parse(args, clock);
-    const DaysAnswer answer = request.sources.daySource(clock)(request.range.days(), request.location, request.method, request.times);
+    const DaysAnswer answer = request.sources.days(request.range.days(), request, clock);
     if (request.json) {
         out << json(request, answer);
         return 0;
