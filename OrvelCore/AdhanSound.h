@@ -14,15 +14,14 @@ public:
     using Enumeration::Enumeration;
     using enum detail::adhanSound::Value;
 
-    static constexpr std::array<std::string_view, 4> ids{"system", "chime", "custom", "none"};
-    static constexpr std::array<std::string_view, 4> labels{
+    static constexpr Names ids{"system", "chime", "custom", "none"};
+    static constexpr Names labels{
         "Bildirim sesi",
         "Yumuşak zil",
         "Kendi ses dosyam",
         "Sessiz",
     };
 
-    std::string_view label() const { return labels[value_]; }
     // What the choice does, one short line.
     std::string_view description() const { return descriptions[value_]; }
     bool isPlayedByApp() const { return value_ == chime || value_ == custom; }

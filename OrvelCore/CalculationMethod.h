@@ -30,7 +30,7 @@ public:
     using Enumeration::Enumeration;
     using enum detail::calculationMethod::Value;
 
-    static constexpr std::array<std::string_view, 5> ids{"diyanet", "mwl", "isna", "egypt", "ummAlQura"};
+    static constexpr Names ids{"diyanet", "mwl", "isna", "egypt", "ummAlQura"};
     std::string_view name() const;
     std::string_view shortName() const;
     // The method number of the web service.

@@ -11,11 +11,14 @@ namespace orvel {
 
 // A closed set of choices with the stable ids they are stored and exchanged under. A choice
 // converts to and from its enumerator, so that it works in switches, as an index and as
-// `Prayer::ogle`. `Self` lists the ids in enumerator order as `static constexpr ids`.
+// `Prayer::ogle`.
 template <typename Self, typename V, std::size_t N>
 class Enumeration {
 public:
     using Value = V;
+    // What the enumeration lists for each choice, in enumerator order: `ids`, and `labels` where
+    // the choice is shown by a name of its own.
+    using Names = std::array<std::string_view, N>;
 
     static constexpr std::array<Value, N> all = [] {
         std::array<Value, N> values{};
@@ -32,6 +35,11 @@ public:
     constexpr int index() const { return static_cast<int>(value_); }
 
     constexpr std::string_view id() const { return Self::ids[value_]; }
+    constexpr std::string_view label() const
+        requires requires { Self::labels; }
+    {
+        return Self::labels[value_];
+    }
 
     static constexpr std::optional<Self> fromId(std::string_view id)
     {

@@ -15,15 +15,13 @@ public:
     using Enumeration::Enumeration;
     using enum detail::highLatitudeRule::Value;
 
-    static constexpr std::array<std::string_view, 4> ids{"angleBased", "seventhOfNight", "middleOfNight", "nearestLatitude"};
-    static constexpr std::array<std::string_view, 4> labels{
+    static constexpr Names ids{"angleBased", "seventhOfNight", "middleOfNight", "nearestLatitude"};
+    static constexpr Names labels{
         "Açıya göre (gecenin payı)",
         "Gecenin yedide biri",
         "Gecenin ortası",
         "En yakın enlem",
     };
-
-    std::string_view label() const { return labels[value_]; }
 };
 
 } // namespace orvel

@@ -14,14 +14,8 @@ public:
     using Enumeration::Enumeration;
     using enum detail::imsakiyeMode::Value;
 
-    static constexpr std::array<std::string_view, 3> ids{"week", "month", "ramadan"};
-    static constexpr std::array<std::string_view, 3> labels{
-        "Hafta",
-        "Ay",
-        "Ramazan",
-    };
-
-    std::string_view label() const { return labels[value_]; }
+    static constexpr Names ids{"week", "month", "ramadan"};
+    static constexpr Names labels{"Hafta", "Ay", "Ramazan"};
 };
 
 } // namespace orvel

@@ -19,7 +19,7 @@ public:
     using Enumeration::Enumeration;
     using enum detail::kerahatKind::Value;
 
-    static constexpr std::array<std::string_view, 3> ids{"sunrise", "istiva", "sunset"};
+    static constexpr Names ids{"sunrise", "istiva", "sunset"};
 
     std::string_view title() const;       // "Kerahat", "Kerahat (istiva)"
     std::string_view explanation() const; // "Güneş doğuşu sonrası", …

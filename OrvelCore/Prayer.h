@@ -14,7 +14,7 @@ public:
     using Enumeration::Enumeration;
     using enum detail::prayer::Value;
 
-    static constexpr std::array<std::string_view, 6> ids{"imsak", "gunes", "ogle", "ikindi", "aksam", "yatsi"};
+    static constexpr Names ids{"imsak", "gunes", "ogle", "ikindi", "aksam", "yatsi"};
 
     std::string_view name() const;
     std::string_view symbol() const;

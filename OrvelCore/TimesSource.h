@@ -15,14 +15,12 @@ public:
     using Enumeration::Enumeration;
     using enum detail::timesSource::Value;
 
-    static constexpr std::array<std::string_view, 3> ids{"online", "offline", "rule"};
-    static constexpr std::array<std::string_view, 3> labels{
+    static constexpr Names ids{"online", "offline", "rule"};
+    static constexpr Names labels{
         "çevrimiçi",
         "çevrimdışı · cihazda hesaplandı",
         "Diyanet hesabı · cihazda",
     };
-
-    std::string_view label() const { return labels[value_]; }
 };
 
 } // namespace orvel

@@ -14,15 +14,13 @@ public:
     using Enumeration::Enumeration;
     using enum detail::trayStyle::Value;
 
-    static constexpr std::array<std::string_view, 4> ids{"nameAndRemaining", "remaining", "nameAndTime", "iconOnly"};
-    static constexpr std::array<std::string_view, 4> labels{
+    static constexpr Names ids{"nameAndRemaining", "remaining", "nameAndTime", "iconOnly"};
+    static constexpr Names labels{
         "Vakit + süre",
         "Süre",
         "Vakit saati",
         "Yalnız simge",
     };
-
-    std::string_view label() const { return labels[value_]; }
 };
 
 } // namespace orvel
