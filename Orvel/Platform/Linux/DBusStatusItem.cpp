@@ -221,7 +221,6 @@ void DBusStatusItem::update(const StatusItemContent &content)
             && offersIconName(picture.face, panelShowsLabel_, PanelColors::recoloursSymbolicIcons());
         item_->setIcon(pixmaps, named ? TrayPicture::symbolicName(picture.face.state) : QString());
         picture_ = picture;
-        ++redrawCount_;
     }
     item_->setToolTipText(QString::fromStdString(line.label));
     item_->setLabel(QString::fromStdString(line.text), labelGuide(content.style));

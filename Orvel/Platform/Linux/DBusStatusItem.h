@@ -42,9 +42,6 @@ public:
     QRect geometry() const override { return {}; }
     bool panelShowsLabel() const override { return panelShowsLabel_; }
 
-    const QString &serviceName() const { return serviceName_; }
-    const StatusNotifierItem &item() const { return *item_; }
-    int redrawCount() const { return redrawCount_; }
 
 private slots:
     void refreshAvailability();
@@ -78,7 +75,6 @@ private:
     std::optional<PanelColors::Palette> panelColors_;
     QFileSystemWatcher *colorsWatcher_ = nullptr;
     std::optional<StatusItemContent> content_; // the last shown, drawn again when the panel changes
-    int redrawCount_ = 0;
 };
 
 } // namespace orvel

@@ -38,7 +38,6 @@ public:
     ~DBusStatusService() override;
 
     // False when the bus is missing or another program holds the name.
-    bool isRegistered() const { return registered_; }
     void publish(const PublishedStatus &status) override;
 
     QString title() const { return status_.title; }

@@ -58,8 +58,8 @@ void LinuxSystemEvents::watchSleep(QDBusConnection bus)
 {
     if (!bus.isConnected())
         return;
-    watchesSleep_ = bus.connect(login1Service, login1Path, login1Manager, QStringLiteral("PrepareForSleep"), this,
-                                SLOT(onPrepareForSleep(bool)));
+    bus.connect(login1Service, login1Path, login1Manager, QStringLiteral("PrepareForSleep"), this,
+                SLOT(onPrepareForSleep(bool)));
 }
 
 void LinuxSystemEvents::onPrepareForSleep(bool start)

@@ -25,9 +25,6 @@ public:
     LinuxSystemEvents(const QDBusConnection &systemBus, const QString &zoneFile, QObject *parent = nullptr);
     ~LinuxSystemEvents() override;
 
-    bool watchesSleep() const { return watchesSleep_; }
-    bool watchesClock() const { return clockFd_ >= 0; }
-
 private Q_SLOTS:
     void onPrepareForSleep(bool start);
     void onTimeDatePropertiesChanged(const QString &interfaceName, const QVariantMap &changed,
@@ -53,7 +50,6 @@ private:
     void zoneFileTouched();
     void zoneSettled();
 
-    bool watchesSleep_ = false;
     int clockFd_ = -1;
     QSocketNotifier *clockNotifier_ = nullptr;
     QString zoneFile_;

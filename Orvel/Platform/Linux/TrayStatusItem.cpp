@@ -35,7 +35,6 @@ void TrayStatusItem::update(const StatusItemContent &content)
     if (picture != picture_) {
         tray_->setIcon(TrayPicture::icon(picture.face, picture.appearance));
         picture_ = picture;
-        ++redrawCount_;
     }
     const QString label = QString::fromStdString(line.label);
     if (label != tray_->toolTip())
@@ -50,11 +49,6 @@ void TrayStatusItem::setMenu(QMenu *menu)
 QRect TrayStatusItem::geometry() const
 {
     return tray_->geometry();
-}
-
-QString TrayStatusItem::toolTip() const
-{
-    return tray_->toolTip();
 }
 
 } // namespace orvel

@@ -25,10 +25,6 @@ public:
     void setMenu(QMenu *menu) override;
     QRect geometry() const override;
 
-    // How often the picture was replaced (it is replaced only when it changes).
-    int redrawCount() const { return redrawCount_; }
-    QString toolTip() const;
-
 private:
     struct Picture {
         TrayPicture::Face face;
@@ -38,7 +34,6 @@ private:
 
     QSystemTrayIcon *tray_;
     std::optional<Picture> picture_;
-    int redrawCount_ = 0;
 };
 
 } // namespace orvel

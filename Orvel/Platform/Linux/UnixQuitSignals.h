@@ -16,7 +16,6 @@ public:
     explicit UnixQuitSignals(QObject *parent = nullptr);
     ~UnixQuitSignals() override;
 
-    bool listens() const { return notifier_ != nullptr; }
 
 private:
     void drain();

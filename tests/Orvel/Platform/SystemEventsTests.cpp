@@ -28,8 +28,6 @@ TEST(LinuxSystemEvents, ZoneFileReplacedOrEditedIsAZoneChange)
     const QString zoneFile = folder.filePath("localtime");
     ASSERT_TRUE(writeFile(zoneFile, "TZif Europe/Istanbul"));
     LinuxSystemEvents events(QDBusConnection(QStringLiteral("no bus")), zoneFile);
-    EXPECT_FALSE(events.watchesSleep());
-    EXPECT_TRUE(events.watchesClock());
     QSignalSpy zoneChanged(&events, &SystemEvents::timeZoneChanged);
 
     // Replaced the way timedated does it: a new file renamed over the old one, twice.
@@ -49,7 +47,6 @@ TEST(LinuxSystemEvents, LogindWakeAndTimedatedZoneOnTheSystemBus)
     test::PrivateBus bus;
     const QTemporaryDir folder;
     LinuxSystemEvents events(bus.connect(), folder.filePath("localtime"));
-    ASSERT_TRUE(events.watchesSleep());
     QSignalSpy woke(&events, &SystemEvents::wokeFromSleep);
     QSignalSpy zoneChanged(&events, &SystemEvents::timeZoneChanged);
 
@@ -84,11 +81,9 @@ TEST(UnixQuitSignals, TerminationReachesTheEventLoopAndHandlersComeBack)
     ::sigaction(SIGTERM, nullptr, &before);
     {
         UnixQuitSignals quitSignals;
-        ASSERT_TRUE(quitSignals.listens());
         UnixQuitSignals second;
-        EXPECT_FALSE(second.listens()) << "one owner of the handlers at a time";
-
         QSignalSpy quit(&quitSignals, &QuitSignals::quitRequested);
+        QSignalSpy secondQuit(&second, &QuitSignals::quitRequested);
         ::raise(SIGTERM);
         ::raise(SIGINT);
         ASSERT_TRUE(quit.wait(2000));
@@ -96,6 +91,7 @@ TEST(UnixQuitSignals, TerminationReachesTheEventLoopAndHandlersComeBack)
         ::raise(SIGHUP);
         EXPECT_TRUE(quit.wait(2000));
         EXPECT_EQ(quit.count(), 2) << "signals that arrive together are one request";
+        EXPECT_EQ(secondQuit.count(), 0) << "one owner of the handlers at a time";
     }
     struct sigaction after {};
     ::sigaction(SIGTERM, nullptr, &after);
