@@ -23,6 +23,8 @@ struct Instant {
 
     // Rounded down to the whole minute.
     Instant floorToMinute() const;
+    // Rounded to the nearest whole minute.
+    Instant nearestMinute() const;
 
     auto operator<=>(const Instant &) const = default;
 };

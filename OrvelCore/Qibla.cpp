@@ -114,7 +114,7 @@ std::optional<Instant> sunInDirection(const DayKey &day, double latitude, double
             ((offBy(middle) <= 0) == (before <= 0) ? low : high) = middle;
         }
         if (sunAt(low, latitude, longitude).altitude > 0)
-            return low;
+            return low.nearestMinute();
     }
     return std::nullopt;
 }

@@ -28,9 +28,9 @@ std::string bearingText(double bearing);
 // "2.405 km": whole kilometres with Turkish thousands dots.
 std::string distanceText(double kilometres);
 
-// The "kıble saati": the moment of the day (in the zone) at which the sun, above the horizon,
+// The "kıble saati": the minute of the day (in the zone) at which the sun, above the horizon,
 // stands in the qibla's direction, so that a shadow points away from it; none on a day the sun
-// never does.
+// never does. Rounded to the nearest minute, as timetables print it.
 std::optional<Instant> sunInDirection(const DayKey &day, double latitude, double longitude, const TimeZone &zone);
 
 } // namespace Qibla

@@ -1,5 +1,6 @@
 #include "Qibla.h"
 
+#include "OrvelFormat.h"
 #include "TimeZone.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <cmath>
 #include <numbers>
 #include <string>
+#include <tuple>
 
 using namespace orvel;
 
@@ -138,4 +140,28 @@ TEST(Qibla, TheSunStandsInTheQiblaAtItsHour)
     const double hour = std::fmod((at->unixSeconds() + 3 * 3600) / 3600, 24);
     EXPECT_GT(hour, 9);
     EXPECT_LT(hour, 12.5);
+}
+
+// Diyanet: on 28 May and 16 July the sun stands over the Kaaba at Mecca's noon, and every city
+// of Türkiye has the same kıble saati, 12:18 and 12:27 ("Dünya Kıble Günü"; the astronomer of
+// its High Board of Religious Affairs, AA, 2019). From Edirne to Kars, and in several years.
+TEST(Qibla, TheWorldQiblaDaysGiveDiyanetsMinuteAcrossTurkiye)
+{
+    const TimeZone zone = TimeZone::named("Europe/Istanbul");
+    struct City {
+        const char *name;
+        double latitude, longitude;
+    };
+    const City cities[] = {{"Edirne", 41.677, 26.556}, {"İzmir", 38.419, 27.129}, {"İstanbul", 41.008, 28.978},
+                           {"Ankara", 39.925, 32.837}, {"Antakya", 36.202, 36.160}, {"Trabzon", 41.005, 39.727},
+                           {"Van", 38.501, 43.373},    {"Kars", 40.602, 43.097}};
+    for (const int64_t year : {2026, 2027, 2030, 2035}) {
+        for (const auto &[month, day, minute] : {std::tuple{5, 28, "12:18"}, std::tuple{7, 16, "12:27"}}) {
+            for (const City &city : cities) {
+                const auto at = Qibla::sunInDirection({year, month, day}, city.latitude, city.longitude, zone);
+                ASSERT_TRUE(at) << city.name;
+                EXPECT_EQ(OrvelFormat::time(*at, zone), minute) << city.name << " " << year;
+            }
+        }
+    }
 }
