@@ -20,17 +20,16 @@ struct CalculationParameters {
     bool operator==(const CalculationParameters &) const = default;
 };
 
-namespace detail::calculationMethod {
-enum Value { diyanet, mwl, isna, egypt, ummAlQura };
-}
+struct CalculationMethodChoices {
+    enum Value { diyanet, mwl, isna, egypt, ummAlQura };
+    static constexpr Names<5> ids{"diyanet", "mwl", "isna", "egypt", "ummAlQura"};
+};
 
 // The convention by which the six times are computed.
-class CalculationMethod : public Enumeration<CalculationMethod, detail::calculationMethod::Value, 5> {
+class CalculationMethod : public Enumeration<CalculationMethodChoices, CalculationMethod> {
 public:
     using Enumeration::Enumeration;
-    using enum detail::calculationMethod::Value;
 
-    static constexpr Names ids{"diyanet", "mwl", "isna", "egypt", "ummAlQura"};
     std::string_view name() const;
     std::string_view shortName() const;
     // The method number of the web service.

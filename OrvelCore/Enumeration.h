@@ -1,28 +1,33 @@
 #pragma once
 
 #include <array>
-#include <type_traits>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace orvel {
 
-// A closed set of choices with the stable ids they are stored and exchanged under. A choice
-// converts to and from its enumerator, so that it works in switches, as an index and as
-// `Prayer::ogle`.
-template <typename Self, typename V, std::size_t N>
-class Enumeration {
-public:
-    using Value = V;
-    // What the enumeration lists for each choice, in enumerator order: `ids`, and `labels` where
-    // the choice is shown by a name of its own.
-    using Names = std::array<std::string_view, N>;
+// The ids or labels of an enumeration's choices, in enumerator order.
+template <std::size_t N>
+using Names = std::array<std::string_view, N>;
 
-    static constexpr std::array<Value, N> all = [] {
-        std::array<Value, N> values{};
-        for (std::size_t i = 0; i < N; ++i)
+// A closed set of choices with the stable ids they are stored and exchanged under. `Choices`
+// holds an unscoped `enum Value`, its `ids` and, where each choice is shown by a name of its own,
+// its `labels`; its enumerators are then the enumeration's, as in `Prayer::ogle`. A choice
+// converts to and from its enumerator, so that it works in switches and as an index. An
+// enumeration with rules of its own derives from this and names itself as `Self`.
+template <typename Choices, typename Self = void>
+class Enumeration : public Choices {
+    using Type = std::conditional_t<std::is_void_v<Self>, Enumeration, Self>;
+
+public:
+    using Value = typename Choices::Value;
+
+    static constexpr std::array<Value, Choices::ids.size()> all = [] {
+        std::array<Value, Choices::ids.size()> values{};
+        for (std::size_t i = 0; i < values.size(); ++i)
             values[i] = static_cast<Value>(i);
         return values;
     }();
@@ -34,18 +39,18 @@ public:
     constexpr operator Value() const { return value_; }
     constexpr int index() const { return static_cast<int>(value_); }
 
-    constexpr std::string_view id() const { return Self::ids[value_]; }
+    constexpr std::string_view id() const { return Choices::ids[value_]; }
     constexpr std::string_view label() const
-        requires requires { Self::labels; }
+        requires requires { Choices::labels; }
     {
-        return Self::labels[value_];
+        return Choices::labels[value_];
     }
 
-    static constexpr std::optional<Self> fromId(std::string_view id)
+    static constexpr std::optional<Type> fromId(std::string_view id)
     {
         for (const Value value : all) {
-            if (Self::ids[value] == id)
-                return Self(value);
+            if (Choices::ids[value] == id)
+                return Type(value);
         }
         return std::nullopt;
     }
@@ -55,7 +60,7 @@ protected:
 };
 
 template <typename T>
-concept AnEnumeration = std::is_base_of_v<Enumeration<T, typename T::Value, T::all.size()>, T>;
+concept AnEnumeration = std::is_same_v<decltype(T::fromId(std::string_view())), std::optional<T>>;
 
 // Choices travel in JSON as their ids.
 template <typename Json, AnEnumeration T>

@@ -9,17 +9,15 @@
 
 namespace orvel {
 
-namespace detail::kerahatKind {
-enum Value { sunrise, istiva, sunset };
-}
+struct KerahatKindChoices {
+    enum Value { sunrise, istiva, sunset };
+    static constexpr Names<3> ids{"sunrise", "istiva", "sunset"};
+};
 
 // The three daily periods in which ritual prayer is disliked.
-class KerahatKind : public Enumeration<KerahatKind, detail::kerahatKind::Value, 3> {
+class KerahatKind : public Enumeration<KerahatKindChoices, KerahatKind> {
 public:
     using Enumeration::Enumeration;
-    using enum detail::kerahatKind::Value;
-
-    static constexpr Names ids{"sunrise", "istiva", "sunset"};
 
     std::string_view title() const;       // "Kerahat", "Kerahat (istiva)"
     std::string_view explanation() const; // "Güneş doğuşu sonrası", …

@@ -4,17 +4,15 @@
 
 namespace orvel {
 
-namespace detail::prayer {
-enum Value { imsak, gunes, ogle, ikindi, aksam, yatsi };
-}
+struct PrayerChoices {
+    enum Value { imsak, gunes, ogle, ikindi, aksam, yatsi };
+    static constexpr Names<6> ids{"imsak", "gunes", "ogle", "ikindi", "aksam", "yatsi"};
+};
 
 // One of the six daily times, in day order.
-class Prayer : public Enumeration<Prayer, detail::prayer::Value, 6> {
+class Prayer : public Enumeration<PrayerChoices, Prayer> {
 public:
     using Enumeration::Enumeration;
-    using enum detail::prayer::Value;
-
-    static constexpr Names ids{"imsak", "gunes", "ogle", "ikindi", "aksam", "yatsi"};
 
     std::string_view name() const;
     std::string_view symbol() const;

@@ -4,23 +4,12 @@
 
 namespace orvel {
 
-namespace detail::trayStyle {
-enum Value { nameAndRemaining, remaining, nameAndTime, iconOnly };
-}
-
 // What the status item shows beside the crescent.
-class TrayStyle : public Enumeration<TrayStyle, detail::trayStyle::Value, 4> {
-public:
-    using Enumeration::Enumeration;
-    using enum detail::trayStyle::Value;
-
-    static constexpr Names ids{"nameAndRemaining", "remaining", "nameAndTime", "iconOnly"};
-    static constexpr Names labels{
-        "Vakit + süre",
-        "Süre",
-        "Vakit saati",
-        "Yalnız simge",
-    };
+struct TrayStyleChoices {
+    enum Value { nameAndRemaining, remaining, nameAndTime, iconOnly };
+    static constexpr Names<4> ids{"nameAndRemaining", "remaining", "nameAndTime", "iconOnly"};
+    static constexpr Names<4> labels{"Vakit + süre", "Süre", "Vakit saati", "Yalnız simge"};
 };
+using TrayStyle = Enumeration<TrayStyleChoices>;
 
 } // namespace orvel
